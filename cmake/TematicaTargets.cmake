@@ -1,0 +1,34 @@
+# tematica_objects(NAME sources...): one module of the house as an object library with the house's options.
+# Visible by default (host modules); HIDDEN for what goes into the shared library `tematica`.
+function(tematica_objects name)
+    cmake_parse_arguments(ARG "HIDDEN;QT" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} OBJECT ${ARG_SOURCES} ${ARG_UNPARSED_ARGUMENTS})
+    target_link_libraries(${name} PRIVATE tematica_options tematica_warnings ${ARG_LINKS})
+    if(ARG_HIDDEN)
+        set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+    endif()
+    if(ARG_QT)
+        set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC OFF)
+    endif()
+endfunction()
+
+# tematica_test(NAME LABELS unit SOURCES a.cpp LINKS tematica-host): one GoogleTest program, its cases known to ctest.
+function(tematica_test name)
+    cmake_parse_arguments(ARG "QT" "TIMEOUT" "SOURCES;LINKS;LABELS;ENVIRONMENT" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE tematica_options tematica_warnings ${ARG_LINKS} GTest::gtest GTest::gmock GTest::gtest_main)
+    target_compile_definitions(${name} PRIVATE
+        TEMATICA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+        TEMATICA_DEFAULT_TEST_DATA="${PROJECT_SOURCE_DIR}/../shared/data")
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
+    if(ARG_QT)
+        set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 300)
+    endif()
+    # One ctest entry a program: discovery of single cases would start every program hundreds of times.
+    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=$ENV{TZ};${ARG_ENVIRONMENT}")
+endfunction()

@@ -1,0 +1,150 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "embedded/base/Report.h"
+#include "embedded/base/Result.h"
+#include "embedded/model/Store.h"
+#include "embedded/model/Table.h"
+#include "embedded/model/Theme.h"
+
+#include "host/base/ChangeManager.h"
+#include "host/gis/Columns.h"
+#include "host/gis/LibGis.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace embedded {
+
+/// A graphic layer ("strato") of the drawing that the library belongs to.
+struct Layer {
+    std::int64_t id = 0; // from 1
+    orv::String name;
+};
+
+/// The implementation behind `gis::CLibGis`. Its operations never call the facade's virtual ones, so that a double
+/// that derives from the facade sees only what the dialogs ask.
+/// Owner, thread: owned by its facade; one thread, except for snapshots.
+class TEMATICA_HOST_API Library final : public gis::IColumns {
+public:
+    Library(gis::CLibGis& facade, orv::CChangeTransactionManager* changes, std::int64_t targetDrawing);
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+    ~Library();
+
+    /// The implementation of a facade of this host; null for null.
+    static Library* of(gis::CLibGis* facade);
+    [[nodiscard]] gis::CLibGis& facade() const;
+    [[nodiscard]] orv::CChangeTransactionManager* changes() const;
+    void markModified();
+
+    // Tables and themes, recorded
+    [[nodiscard]] const std::vector<gis::CDBTable*>& tables() const;
+    [[nodiscard]] const std::vector<gis::CTheme*>& themes() const;
+    [[nodiscard]] gis::CDBTable* findTable(const orv::String& name) const;
+    [[nodiscard]] gis::CTheme* findTheme(const orv::String& name) const;
+    gis::CDBTable* createTable(const orv::String& name);
+    gis::CDBTable* createTableAsCopyOf(gis::CDBTable* source);
+    void deleteTable(gis::CDBTable* table);
+    [[nodiscard]] bool isUsedByThemes(const gis::CDBTable* table) const;
+    gis::CTheme* createTheme(gis::CDBTable* table, const orv::String& name, gis::EntType type, gis::EntTypeCoords coords, std::int64_t drawing, bool hasM = false);
+    bool deleteTheme(gis::CTheme* theme);
+    /// Removes a theme with its entities (their rows stay): for an import that is taken back.
+    void removeTheme(gis::CTheme* theme);
+    void renameTable(gis::CDBTable* table, const orv::String& name);
+    void renameTheme(gis::CTheme* theme, const orv::String& name);
+    [[nodiscard]] gis::CTheme* activeTheme() const;
+    void setActiveTheme(gis::CTheme* theme);
+    void setThemeVisible(gis::CTheme* theme, bool visible);
+    void setThemeLocked(gis::CTheme* theme, bool locked);
+    void setThemeTargetDrawing(gis::CTheme* theme, std::int64_t drawing);
+    void setThemeLabel(gis::CTheme* theme, const gis::TOpzLabel& label);
+    void setThemeMap(gis::CTheme* theme, ThematicMap map);
+
+    /// A free name: `wanted`, or with " (2)", " (3)" ... (ASCII case ignored).
+    [[nodiscard]] orv::String freeTableName(const orv::String& wanted) const;
+    [[nodiscard]] orv::String freeThemeName(const orv::String& wanted) const;
+
+    // Cells, recorded
+    void cell(orv::CResultRow* row, int fieldIndex, orv::CPolyValue& value);
+    void setCell(orv::CResultRow* row, int fieldIndex, const orv::CPolyValue& value);
+    void initializeWithDefaults(gis::CDBTable* table, orv::CResultRow* row);
+    void recalcPredefined(gis::CTheme* theme, gis::CEnt* ent);
+
+    /// Records rows `firstRow` and later of a table, or entities `firstEntity` and later of a theme, as added now.
+    void recordRowsAdded(gis::CDBTable* table, int firstRow);
+    void recordEntitiesAdded(gis::CTheme* theme, int firstEntity);
+
+    // Linked points
+    LinkedPoint* addLinkedPoint();
+    void removeLinkedPointsFrom(std::size_t count);
+    [[nodiscard]] const std::deque<LinkedPoint>& linkedPoints() const;
+    /// Recorded; predefined values of the entities linked to the point follow.
+    void setLinkedPoint(LinkedPoint* point, const LinkedPoint& value);
+
+    // Drawing
+    [[nodiscard]] const std::vector<Layer>& layers() const;
+    std::int64_t addLayer(const orv::String& name); // the existing one of that name, else a new one
+    void restoreLayers(std::vector<Layer> layers);
+    [[nodiscard]] std::int64_t targetDrawing() const;
+    void setTargetDrawing(std::int64_t drawing);
+
+    // Store
+    void setStore(std::shared_ptr<IStore> store);
+    [[nodiscard]] IStore* store() const;
+    /// Reads everything that is still only in the store (before saving elsewhere or when the file must be let go).
+    Result<void> loadAll();
+    /// Builders: adds an object as it is, not recorded.
+    gis::CDBTable* adoptTable(std::unique_ptr<gis::CDBTable> table);
+    gis::CTheme* adoptTheme(std::unique_ptr<gis::CTheme> theme);
+    void restoreActiveTheme(gis::CTheme* theme);
+    /// Tables and themes deleted since the last save, by store id (undo brings them back out of these lists).
+    [[nodiscard]] std::vector<std::int64_t> deletedTableStoreIds() const;
+    [[nodiscard]] std::vector<std::int64_t> deletedThemeStoreIds() const;
+    void markSaved();
+    /// True when the change manager stands where it stood at the last save (or nothing changed without a manager).
+    [[nodiscard]] bool isSaved() const;
+
+    // Reports and progress
+    /// The report of the last import, export or structure change; kept until the next one.
+    [[nodiscard]] const Report& lastReport() const;
+    Report& beginReport();
+    void setProgress(IProgress* progress); // null: none
+    [[nodiscard]] IProgress* progress() const;
+
+    /// Recorded generic change: calls `redo` later, not now.
+    void record(std::function<void()> undo, std::function<void()> redo);
+
+    // gis::IColumns
+    bool GetColumn(gis::CDBTable* table, int fieldIndex, gis::ColumnView& view) override;
+    bool GetEntityRuns(gis::CTheme* theme, gis::EntityRunsView& view) override;
+
+    /// Extensions that other parts of the host offer through `gis::CLibGis::Extension`. Null removes.
+    void setExtension(const std::string& name, void* extension);
+    void* extension(const char* name);
+
+private:
+    struct Data;
+    std::unique_ptr<Data> m_data;
+};
+
+/// Converts a cell to another format by the rule of a format change; empty where the value has no counterpart.
+/// `oldDigits`: digits with which decimals become text.
+TEMATICA_HOST_API orv::CPolyValue convertCell(const orv::CPolyValue& value, gis::FieldFormat from, gis::FieldFormat to, int oldDigits);
+/// As `convertCell` for a whole column, once per distinct text. Counts what became of the cells with a value.
+struct ConversionCount {
+    std::int64_t converted = 0;
+    std::int64_t emptied = 0;
+    std::int64_t unchanged = 0;
+};
+class Column;
+TEMATICA_HOST_API Column convertColumn(const Column& column, gis::FieldFormat from, gis::FieldFormat to, int oldDigits, ConversionCount& count, IProgress* progress = nullptr);
+
+/// Predefined values of an entity: docs/predefined-fields.md.
+TEMATICA_HOST_API orv::CPolyValue predefinedValue(gis::FieldType type, gis::CTheme& theme, int entityIndex);
+
+} // namespace embedded
