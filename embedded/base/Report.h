@@ -8,53 +8,56 @@
 
 namespace embedded {
 
-/// What an import, an export or a structure change has to say about the data. A finding never stops the work by itself.
+/// What an import, an export or a structure change has to say about the data. A finding never stops
+/// the work by itself.
 enum class FindingCode {
     // import
-    EncodingChosen,          // subject: encoding; detail: why (".cpg", "language byte", "valid UTF-8", "default", "asked for")
-    EncodingUnknown,         // subject: the name in the .cpg
+    EncodingChosen, // subject: encoding; detail: why (".cpg", "language byte", "valid UTF-8",
+                    // "default", "asked for")
+    EncodingUnknown, // subject: the name in the .cpg
     ShxMissing,
-    ShxDisagrees,            // detail: what differs
-    RowsMissing,             // count: shapes without a record (kept, no values)
-    ShapesMissing,           // count: records without a shape (left out)
-    RecordsDeleted,          // count: records marked as deleted (left out)
-    ShapeUnreadable,         // record; detail: why (row kept, no shape)
-    ShapeTypeOther,          // record: a shape of another type than the file's (row kept, no shape)
-    TextInvalid,             // subject: field; count: cells with bytes invalid in the encoding
-    NumberUnreadable,        // subject: field; count: cells that are no number (no value)
-    DateUnreadable,          // subject: field; count
-    LogicalUnreadable,       // subject: field; count
-    TimeDropped,             // subject: field; count: times of day dropped
-    FieldRenamed,            // subject: new name; detail: name in the file
-    FieldTypeTaken,          // subject: field; detail: the format taken and why (e.g. "text: values beyond 32 bits and 2^53")
-    MemoMissing,             // subject: field
-    ReferenceSystemUnknown,  // the .prj cannot be understood; kept as it is
-    TableRenamed,            // subject: new name
-    ThemeRenamed,            // subject: new name
-    CellsEmptied,            // subject: field; count: cells emptied by a conversion
-    MeasureDropped,          // count
+    ShxDisagrees, // detail: what differs
+    RowsMissing, // count: shapes without a record (kept, no values)
+    ShapesMissing, // count: records without a shape (left out)
+    RecordsDeleted, // count: records marked as deleted (left out)
+    ShapeUnreadable, // record; detail: why (row kept, no shape)
+    ShapeTypeOther, // record: a shape of another type than the file's (row kept, no shape)
+    TextInvalid, // subject: field; count: cells with bytes invalid in the encoding
+    NumberUnreadable, // subject: field; count: cells that are no number (no value)
+    DateUnreadable, // subject: field; count
+    LogicalUnreadable, // subject: field; count
+    TimeDropped, // subject: field; count: times of day dropped
+    FieldRenamed, // subject: new name; detail: name in the file
+    FieldTypeTaken, // subject: field; detail: the format taken and why (e.g. "text: values beyond
+                    // 32 bits and 2^53")
+    MemoMissing, // subject: field
+    ReferenceSystemUnknown, // the .prj cannot be understood; kept as it is
+    TableRenamed, // subject: new name
+    ThemeRenamed, // subject: new name
+    CellsEmptied, // subject: field; count: cells emptied by a conversion
+    MeasureDropped, // count
     // export
-    FieldNameCut,            // subject: field; detail: name in the file
-    TextCut,                 // subject: field; count
-    NumberCut,               // subject: field; count: numbers that do not fit the column
-    DateCut,                 // subject: field; count: dates outside the years 1 to 9999
-    FormatChanged,           // subject: field; detail: e.g. "list as text"
+    FieldNameCut, // subject: field; detail: name in the file
+    TextCut, // subject: field; count
+    NumberCut, // subject: field; count: numbers that do not fit the column
+    DateCut, // subject: field; count: dates outside the years 1 to 9999
+    FormatChanged, // subject: field; detail: e.g. "list as text"
     ReferenceSystemMissing,
-    CoordinateDropped,       // detail: "Z" or "M"
-    CoordinateAdded,         // detail: "Z" or "M"
+    CoordinateDropped, // detail: "Z" or "M"
+    CoordinateAdded, // detail: "Z" or "M"
     // structure
-    CellsConverted,          // subject: field; count
-    CellsUnchanged,          // subject: field; count
+    CellsConverted, // subject: field; count
+    CellsUnchanged, // subject: field; count
     // opening a library or another program's file
-    ColumnTakenOver,         // subject: field; detail: table: added by another program
-    ColumnGone,              // subject: field; detail: table
-    RowsTakenOver,           // subject: table; count
-    GeometryUnsupported,     // subject: layer; count: curves, collections ... (row kept, no shape)
-    LayerSkipped,            // subject: layer; detail: why
+    ColumnTakenOver, // subject: field; detail: table: added by another program
+    ColumnGone, // subject: field; detail: table
+    RowsTakenOver, // subject: table; count
+    GeometryUnsupported, // subject: layer; count: curves, collections ... (row kept, no shape)
+    LayerSkipped, // subject: layer; detail: why
 };
 
 enum class FindingSeverity {
-    Note,    // said in a report file, not a warning
+    Note, // said in a report file, not a warning
     Warning, // one line on standard error; refused by --strict
 };
 

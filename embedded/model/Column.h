@@ -10,10 +10,11 @@
 
 namespace embedded {
 
-/// One typed column: chunks of `gis::ColumnChunkRows` rows with validity bits; texts as dictionary codes.
-/// A copy is a snapshot: it shares the chunks, and whoever writes first copies the chunk it writes.
-/// Units: dates as day numbers (orv::DayNumber). Rows count from 0; a row out of range is a programming error.
-/// Thread: one writer; a snapshot may be read by another thread while the original changes.
+/// One typed column: chunks of `gis::ColumnChunkRows` rows with validity bits; texts as dictionary
+/// codes. A copy is a snapshot: it shares the chunks, and whoever writes first copies the chunk it
+/// writes. Units: dates as day numbers (orv::DayNumber). Rows count from 0; a row out of range is a
+/// programming error. Thread: one writer; a snapshot may be read by another thread while the
+/// original changes.
 class Column final {
 public:
     explicit Column(gis::ColumnKind kind);
@@ -46,7 +47,8 @@ public:
     void setInteger(int row, std::int32_t value);
     void setDecimal(int row, double value);
     void setText(int row, std::string_view text);
-    /// A value of the column's kind, or empty; other kinds are converted as cells of a changed format are. Empty texts become empty.
+    /// A value of the column's kind, or empty; other kinds are converted as cells of a changed
+    /// format are. Empty texts become empty.
     void setValue(int row, const orv::CPolyValue& value);
     void truncate(int rows);
     /// Appends all rows of a column of the same kind.

@@ -12,8 +12,8 @@
 namespace embedded {
 
 /// Distinct texts with dense codes in order of first appearance. Grows only; codes and texts stay.
-/// A copy shares the texts (cheap enough for a snapshot: it copies the index of entries only when one side grows).
-/// Thread: readable from several threads while nobody adds.
+/// A copy shares the texts (cheap enough for a snapshot: it copies the index of entries only when
+/// one side grows). Thread: readable from several threads while nobody adds.
 class Dictionary final {
 public:
     static constexpr std::uint32_t NoCode = 0xFFFFFFFFu;

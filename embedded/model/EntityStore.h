@@ -20,13 +20,20 @@ struct Box {
     [[nodiscard]] bool intersects(const Box& other) const;
 };
 
-/// Vertices of one part: `count` vertices of `stride` doubles (x, y, then z where there is one, then m).
+/// Vertices of one part: `count` vertices of `stride` doubles (x, y, then z where there is one,
+/// then m).
 struct PartView {
     const double* coordinates = nullptr;
     int count = 0;
     int stride = 2;
-    [[nodiscard]] double x(int i) const { return coordinates[static_cast<std::ptrdiff_t>(i) * stride]; }
-    [[nodiscard]] double y(int i) const { return coordinates[static_cast<std::ptrdiff_t>(i) * stride + 1]; }
+    [[nodiscard]] double x(int i) const
+    {
+        return coordinates[static_cast<std::ptrdiff_t>(i) * stride];
+    }
+    [[nodiscard]] double y(int i) const
+    {
+        return coordinates[static_cast<std::ptrdiff_t>(i) * stride + 1];
+    }
 };
 
 /// A drawing's point that vertices are linked to; predefined fields take their values from it.
@@ -37,11 +44,12 @@ struct LinkedPoint {
     std::array<orv::String, 5> photos;
 };
 
-/// The entities of a theme with their parts and vertices. Grows at its end only; taking back shortens it there.
-/// Handles (`CEnt`, `CEntPart`, `CEntVert`) keep their addresses while the store lives, also across undo and redo.
-/// Polygon parts are rings as in a shapefile: outer rings clockwise, holes counter-clockwise, closed (first = last vertex).
-/// An entity without parts is a null shape. NaN measures stand for "no measure".
-/// Thread: one writer; `snapshot` may be read by another thread while the store grows or shrinks.
+/// The entities of a theme with their parts and vertices. Grows at its end only; taking back
+/// shortens it there. Handles (`CEnt`, `CEntPart`, `CEntVert`) keep their addresses while the store
+/// lives, also across undo and redo. Polygon parts are rings as in a shapefile: outer rings
+/// clockwise, holes counter-clockwise, closed (first = last vertex). An entity without parts is a
+/// null shape. NaN measures stand for "no measure". Thread: one writer; `snapshot` may be read by
+/// another thread while the store grows or shrinks.
 class EntityStore final {
 public:
     EntityStore(gis::CTheme& theme, bool hasZ, bool hasM);
@@ -56,10 +64,12 @@ public:
     // Building: entity, its parts, their vertices
     /// A new entity without parts. `row` must outlive it.
     gis::CEnt* addEntity(orv::CResultRow* row);
-    /// A part of the last entity: room for `vertexCount` vertices (stride doubles each), to be filled by the caller.
+    /// A part of the last entity: room for `vertexCount` vertices (stride doubles each), to be
+    /// filled by the caller.
     double* addPart(int vertexCount);
     void truncate(int entityCount);
-    /// Replaces all parts while keeping the entity handles: used when geometry is read after the entities.
+    /// Replaces all parts while keeping the entity handles: used when geometry is read after the
+    /// entities.
     void beginGeometry();
     double* addPartTo(int entityIndex, int vertexCount); // entities in ascending order
 
@@ -79,7 +89,8 @@ public:
     void linkPoint(int entityIndex, int partIndex, int vertexIndex, LinkedPoint* point);
     /// Null where none is linked.
     [[nodiscard]] LinkedPoint* linkedPoint(int entityIndex, int partIndex, int vertexIndex) const;
-    [[nodiscard]] LinkedPoint* linkedPointOf(int entityIndex) const; // of the first vertex of the first part
+    [[nodiscard]] LinkedPoint* linkedPointOf(
+        int entityIndex) const; // of the first vertex of the first part
     [[nodiscard]] bool hasLinkedPoints() const;
 
     /// A read-only copy for another thread; shares the vertices.

@@ -26,12 +26,13 @@ struct Layer {
     orv::String name;
 };
 
-/// The implementation behind `gis::CLibGis`. Its operations never call the facade's virtual ones, so that a double
-/// that derives from the facade sees only what the dialogs ask.
-/// Owner, thread: owned by its facade; one thread, except for snapshots.
+/// The implementation behind `gis::CLibGis`. Its operations never call the facade's virtual ones,
+/// so that a double that derives from the facade sees only what the dialogs ask. Owner, thread:
+/// owned by its facade; one thread, except for snapshots.
 class TEMATICA_HOST_API Library final : public gis::IColumns {
 public:
-    Library(gis::CLibGis& facade, orv::CChangeTransactionManager* changes, std::int64_t targetDrawing);
+    Library(
+        gis::CLibGis& facade, orv::CChangeTransactionManager* changes, std::int64_t targetDrawing);
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
     ~Library();
@@ -51,7 +52,8 @@ public:
     gis::CDBTable* createTableAsCopyOf(gis::CDBTable* source);
     void deleteTable(gis::CDBTable* table);
     [[nodiscard]] bool isUsedByThemes(const gis::CDBTable* table) const;
-    gis::CTheme* createTheme(gis::CDBTable* table, const orv::String& name, gis::EntType type, gis::EntTypeCoords coords, std::int64_t drawing, bool hasM = false);
+    gis::CTheme* createTheme(gis::CDBTable* table, const orv::String& name, gis::EntType type,
+        gis::EntTypeCoords coords, std::int64_t drawing, bool hasM = false);
     bool deleteTheme(gis::CTheme* theme);
     /// Removes a theme with its entities (their rows stay): for an import that is taken back.
     void removeTheme(gis::CTheme* theme);
@@ -75,7 +77,8 @@ public:
     void initializeWithDefaults(gis::CDBTable* table, orv::CResultRow* row);
     void recalcPredefined(gis::CTheme* theme, gis::CEnt* ent);
 
-    /// Records rows `firstRow` and later of a table, or entities `firstEntity` and later of a theme, as added now.
+    /// Records rows `firstRow` and later of a table, or entities `firstEntity` and later of a
+    /// theme, as added now.
     void recordRowsAdded(gis::CDBTable* table, int firstRow);
     void recordEntitiesAdded(gis::CTheme* theme, int firstEntity);
 
@@ -96,17 +99,20 @@ public:
     // Store
     void setStore(std::shared_ptr<IStore> store);
     [[nodiscard]] IStore* store() const;
-    /// Reads everything that is still only in the store (before saving elsewhere or when the file must be let go).
+    /// Reads everything that is still only in the store (before saving elsewhere or when the file
+    /// must be let go).
     Result<void> loadAll();
     /// Builders: adds an object as it is, not recorded.
     gis::CDBTable* adoptTable(std::unique_ptr<gis::CDBTable> table);
     gis::CTheme* adoptTheme(std::unique_ptr<gis::CTheme> theme);
     void restoreActiveTheme(gis::CTheme* theme);
-    /// Tables and themes deleted since the last save, by store id (undo brings them back out of these lists).
+    /// Tables and themes deleted since the last save, by store id (undo brings them back out of
+    /// these lists).
     [[nodiscard]] std::vector<std::int64_t> deletedTableStoreIds() const;
     [[nodiscard]] std::vector<std::int64_t> deletedThemeStoreIds() const;
     void markSaved();
-    /// True when the change manager stands where it stood at the last save (or nothing changed without a manager).
+    /// True when the change manager stands where it stood at the last save (or nothing changed
+    /// without a manager).
     [[nodiscard]] bool isSaved() const;
 
     // Reports and progress
@@ -123,7 +129,8 @@ public:
     bool GetColumn(gis::CDBTable* table, int fieldIndex, gis::ColumnView& view) override;
     bool GetEntityRuns(gis::CTheme* theme, gis::EntityRunsView& view) override;
 
-    /// Extensions that other parts of the host offer through `gis::CLibGis::Extension`. Null removes.
+    /// Extensions that other parts of the host offer through `gis::CLibGis::Extension`. Null
+    /// removes.
     void setExtension(const std::string& name, void* extension);
     void* extension(const char* name);
 
@@ -132,19 +139,23 @@ private:
     std::unique_ptr<Data> m_data;
 };
 
-/// Converts a cell to another format by the rule of a format change; empty where the value has no counterpart.
-/// `oldDigits`: digits with which decimals become text.
-TEMATICA_HOST_API orv::CPolyValue convertCell(const orv::CPolyValue& value, gis::FieldFormat from, gis::FieldFormat to, int oldDigits);
-/// As `convertCell` for a whole column, once per distinct text. Counts what became of the cells with a value.
+/// Converts a cell to another format by the rule of a format change; empty where the value has no
+/// counterpart. `oldDigits`: digits with which decimals become text.
+TEMATICA_HOST_API orv::CPolyValue convertCell(
+    const orv::CPolyValue& value, gis::FieldFormat from, gis::FieldFormat to, int oldDigits);
+/// As `convertCell` for a whole column, once per distinct text. Counts what became of the cells
+/// with a value.
 struct ConversionCount {
     std::int64_t converted = 0;
     std::int64_t emptied = 0;
     std::int64_t unchanged = 0;
 };
 class Column;
-TEMATICA_HOST_API Column convertColumn(const Column& column, gis::FieldFormat from, gis::FieldFormat to, int oldDigits, ConversionCount& count, IProgress* progress = nullptr);
+TEMATICA_HOST_API Column convertColumn(const Column& column, gis::FieldFormat from,
+    gis::FieldFormat to, int oldDigits, ConversionCount& count, IProgress* progress = nullptr);
 
 /// Predefined values of an entity: docs/predefined-fields.md.
-TEMATICA_HOST_API orv::CPolyValue predefinedValue(gis::FieldType type, gis::CTheme& theme, int entityIndex);
+TEMATICA_HOST_API orv::CPolyValue predefinedValue(
+    gis::FieldType type, gis::CTheme& theme, int entityIndex);
 
 } // namespace embedded

@@ -13,11 +13,12 @@
 namespace embedded {
 class Library;
 struct TableData;
-}
+} // namespace embedded
 
 namespace gis {
 
-/// A field of the embedded model. Changed only through the structure editor, the merge and the library.
+/// A field of the embedded model. Changed only through the structure editor, the merge and the
+/// library.
 class CField final {
 public:
     orv::String name;
@@ -43,7 +44,8 @@ std::array<orv::CPolyValue, gis::ConstraintCount> defaultConstraints(gis::FieldF
 
 namespace gis {
 
-/// A table of the embedded model: fields, one column each, and rows in order. Columns are read on first use.
+/// A table of the embedded model: fields, one column each, and rows in order. Columns are read on
+/// first use.
 class CDBTable final {
 public:
     CDBTable(embedded::Library& library, const orv::String& name);
@@ -58,8 +60,10 @@ public:
     [[nodiscard]] int fieldCount() const;
     [[nodiscard]] CField* field(int index) const;
     [[nodiscard]] int indexOf(const CField* field) const; // -1 when not of this table
-    [[nodiscard]] int findField(const orv::String& name) const; // exact first, then ASCII case ignored; -1
-    /// Adds a field with an empty column (for building a table that nobody else has seen; not recorded).
+    [[nodiscard]] int findField(
+        const orv::String& name) const; // exact first, then ASCII case ignored; -1
+    /// Adds a field with an empty column (for building a table that nobody else has seen; not
+    /// recorded).
     CField* addField(const orv::String& name, FieldFormat format);
 
     [[nodiscard]] int rowCount() const;
@@ -71,7 +75,8 @@ public:
 
     /// Adds rows without values (not recorded): columns that are loaded grow with empty cells.
     void addRows(int count);
-    /// Rows first, then whole columns: for importers that fill columns aside. `column` must have `rowCount()` rows.
+    /// Rows first, then whole columns: for importers that fill columns aside. `column` must have
+    /// `rowCount()` rows.
     void setColumn(int fieldIndex, embedded::Column column);
     void truncateRows(int count);
 
@@ -84,13 +89,15 @@ public:
     void markCellChanged(int row, int fieldIndex);
 
     // What changed since the last save
-    /// True when columns or rows were added, removed, renamed, retyped or reordered: the table is written anew.
+    /// True when columns or rows were added, removed, renamed, retyped or reordered: the table is
+    /// written anew.
     [[nodiscard]] bool structureChanged() const;
     /// Rows with changed cells, ascending, and per field whether any cell changed.
     void changedCells(std::vector<int>& rows, std::vector<bool>& fields) const;
     /// Rows that the store holds (the first so many); rows after them are new.
     [[nodiscard]] int storedRowCount() const;
-    /// Called by the store: now everything is saved (or: this many rows lie in the store, columns to be read on use).
+    /// Called by the store: now everything is saved (or: this many rows lie in the store, columns
+    /// to be read on use).
     void markSaved();
     void markStored(int rowCount);
 

@@ -21,8 +21,8 @@ class CFeatureClass final {
 public:
     int colour = 7;
     int colourOutLine = 7;
-    int hatchType = -1;   // -2 none, -1 solid, else a pattern's index
-    int width = 29;       // 29 default, 30 by layer, 31 by block, else an index of the width list
+    int hatchType = -1; // -2 none, -1 solid, else a pattern's index
+    int width = 29; // 29 default, 30 by layer, 31 by block, else an index of the width list
     int symbol = 0;
     double scale = 1.0;
     double rotationRadians = 0.0;
@@ -48,7 +48,7 @@ struct ThematicMap {
 /// The reference system of a theme's coordinates, as its source gave it.
 struct ReferenceSystem {
     std::string definition; // WKT (a .prj's text byte for byte); empty: unknown
-    std::string authority;  // "EPSG", or empty
+    std::string authority; // "EPSG", or empty
     int code = 0;
     friend bool operator==(const ReferenceSystem&, const ReferenceSystem&) = default;
 };
@@ -57,16 +57,19 @@ struct ReferenceSystem {
 
 namespace gis {
 
-/// A theme of the embedded model. Members are changed through the library, which records; builders fill them directly.
+/// A theme of the embedded model. Members are changed through the library, which records; builders
+/// fill them directly.
 class CTheme final {
 public:
-    CTheme(embedded::Library& library, CDBTable* table, const orv::String& name, EntType type, EntTypeCoords coords, bool hasM);
+    CTheme(embedded::Library& library, CDBTable* table, const orv::String& name, EntType type,
+        EntTypeCoords coords, bool hasM);
     CTheme(const CTheme&) = delete;
     CTheme& operator=(const CTheme&) = delete;
     ~CTheme();
 
     [[nodiscard]] embedded::Library& library() const { return m_library; }
-    /// The entities; handles always, parts and vertices read from the store on first use of `geometry()`.
+    /// The entities; handles always, parts and vertices read from the store on first use of
+    /// `geometry()`.
     [[nodiscard]] embedded::EntityStore& entities() const { return *m_entities; }
     [[nodiscard]] embedded::EntityStore& geometry();
     [[nodiscard]] bool isGeometryLoaded() const { return m_geometryLoaded; }
@@ -86,7 +89,7 @@ public:
     embedded::ReferenceSystem referenceSystem;
 
     std::int64_t storeId = 0;
-    int storedEntityCount = 0;     // entities that the store holds
+    int storedEntityCount = 0; // entities that the store holds
     bool attributesChanged = true; // anything but entities changed since the last save
 
 private:

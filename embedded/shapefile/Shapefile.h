@@ -16,9 +16,9 @@ class IGisMerger;
 namespace embedded {
 
 struct ShapefileImportOptions {
-    std::string encoding;       // overrides what the files say; empty: decided by the files
+    std::string encoding; // overrides what the files say; empty: decided by the files
     TOpzImportShape points;
-    bool strict = false;        // any warning refuses the file
+    bool strict = false; // any warning refuses the file
 };
 
 struct ShapefileImportResult {
@@ -27,12 +27,14 @@ struct ShapefileImportResult {
     bool tableRenamed = false;
 };
 
-/// Reads a shapefile into a library. The table and theme are named after the file; `merger` settles clashes (null: a
-/// clash is refused with NameClash).
-/// Errors: FileNotFound, NotAFile, NoPermission, EmptyFile, NoShapeHeader, UnknownShapeType, NoDbf, BadDbf,
-/// UnknownEncoding (one that was asked for), StrictFinding, NameClash, Cancelled; the library is then as before.
-/// Findings go to `report`. One undo step.
-Result<ShapefileImportResult> importShapefile(gis::CLibGis& library, const std::string& path, const ShapefileImportOptions& options, gis::IGisMerger* merger, gis::ILinkImportedEnt* link, Report& report);
+/// Reads a shapefile into a library. The table and theme are named after the file; `merger` settles
+/// clashes (null: a clash is refused with NameClash). Errors: FileNotFound, NotAFile, NoPermission,
+/// EmptyFile, NoShapeHeader, UnknownShapeType, NoDbf, BadDbf, UnknownEncoding (one that was asked
+/// for), StrictFinding, NameClash, Cancelled; the library is then as before. Findings go to
+/// `report`. One undo step.
+Result<ShapefileImportResult> importShapefile(gis::CLibGis& library, const std::string& path,
+    const ShapefileImportOptions& options, gis::IGisMerger* merger, gis::ILinkImportedEnt* link,
+    Report& report);
 
 enum class ExportCoordinates { AsTheme = 0, XY = 1, XYZ = 2 };
 
@@ -41,15 +43,19 @@ struct ShapefileExportOptions {
     ExportCoordinates coordinates = ExportCoordinates::AsTheme;
 };
 
-/// True when a file of the shapefile that the theme would be written to exists. `path` receives the path without extension.
+/// True when a file of the shapefile that the theme would be written to exists. `path` receives the
+/// path without extension.
 bool shapefileExists(gis::CTheme& theme, const std::string& folder, std::string& path);
 
-/// Writes a theme as a shapefile named after it (characters that a file name cannot have become '_'); existing files are
-/// replaced together at the end. Errors: FolderNotFound, FolderNotAbsolute, WriteFailed, DiskFull, Cancelled, with
-/// `errorFlags` (1 .shp, 2 .dbf); nothing half written stays.
-Result<void> exportShapefile(gis::CTheme& theme, const std::string& folder, const ShapefileExportOptions& options, int& errorFlags, Report& report);
+/// Writes a theme as a shapefile named after it (characters that a file name cannot have become
+/// '_'); existing files are replaced together at the end. Errors: FolderNotFound,
+/// FolderNotAbsolute, WriteFailed, DiskFull, Cancelled, with `errorFlags` (1 .shp, 2 .dbf); nothing
+/// half written stays.
+Result<void> exportShapefile(gis::CTheme& theme, const std::string& folder,
+    const ShapefileExportOptions& options, int& errorFlags, Report& report);
 
-/// Entity type of a .shp (1, 3, 5) and coordinates of its shapes; -1 when unreadable or of another type.
+/// Entity type of a .shp (1, 3, 5) and coordinates of its shapes; -1 when unreadable or of another
+/// type.
 int shapefileEntityType(const std::string& path, gis::EntTypeCoords* coords = nullptr);
 
 } // namespace embedded

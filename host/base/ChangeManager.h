@@ -18,9 +18,10 @@ public:
 };
 
 /// The record of what changed, in steps that a user takes back and makes again.
-/// A step is opened by name and holds all changes until it is closed; an empty step leaves no trace.
-/// Steps nest: only the outermost counts. A change outside any step is a step of its own.
-/// Owner, thread: the application's; used on the library's thread. Must outlive the libraries that record in it.
+/// A step is opened by name and holds all changes until it is closed; an empty step leaves no
+/// trace. Steps nest: only the outermost counts. A change outside any step is a step of its own.
+/// Owner, thread: the application's; used on the library's thread. Must outlive the libraries that
+/// record in it.
 class TEMATICA_HOST_API CChangeTransactionManager final {
 public:
     CChangeTransactionManager();
@@ -38,7 +39,8 @@ public:
 
     /// Records a change that has been made. Forgets the steps that could be made again.
     void Record(std::unique_ptr<IChange> change);
-    /// The last change of the open step, for changes that grow (a run of cells); null outside a step.
+    /// The last change of the open step, for changes that grow (a run of cells); null outside a
+    /// step.
     [[nodiscard]] IChange* LastChange() const;
 
     [[nodiscard]] bool CanUndo() const;
@@ -49,8 +51,8 @@ public:
     bool Redo();
     void Clear();
 
-    /// Grows with each step, goes back with undo, and returns to the same number only in the same state:
-    /// compared with the position of the last save it tells whether work is unsaved.
+    /// Grows with each step, goes back with undo, and returns to the same number only in the same
+    /// state: compared with the position of the last save it tells whether work is unsaved.
     [[nodiscard]] std::uint64_t Position() const;
     /// True while Undo or Redo runs: what changes now must not be recorded.
     [[nodiscard]] bool IsReplaying() const;
@@ -63,7 +65,8 @@ private:
 /// Opens a step for a scope.
 class ChangeStep final {
 public:
-    ChangeStep(CChangeTransactionManager* manager, const String& name) : m_manager(manager)
+    ChangeStep(CChangeTransactionManager* manager, const String& name)
+        : m_manager(manager)
     {
         if (m_manager)
             m_manager->BeginStep(name);

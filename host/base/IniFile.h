@@ -7,8 +7,8 @@
 #include <memory>
 
 /// The host's settings file: sections with keys and raw values (a backslash is a backslash).
-/// Errors: a missing or unreadable file or key gives the default; a failed write leaves the file as it was.
-/// Owner, thread: one object per use; writes replace the file as a whole, at once.
+/// Errors: a missing or unreadable file or key gives the default; a failed write leaves the file as
+/// it was. Owner, thread: one object per use; writes replace the file as a whole, at once.
 class TEMATICA_HOST_API CIniFile final {
 public:
     /// The host's own file.
@@ -18,8 +18,10 @@ public:
     CIniFile& operator=(const CIniFile&) = delete;
     ~CIniFile();
 
-    [[nodiscard]] long GetLong(const orv::String& section, const orv::String& key, long defaultValue) const;
-    [[nodiscard]] orv::String GetString(const orv::String& section, const orv::String& key, const orv::String& defaultValue) const;
+    [[nodiscard]] long GetLong(
+        const orv::String& section, const orv::String& key, long defaultValue) const;
+    [[nodiscard]] orv::String GetString(
+        const orv::String& section, const orv::String& key, const orv::String& defaultValue) const;
     bool WriteLong(const orv::String& section, const orv::String& key, long value);
     bool WriteString(const orv::String& section, const orv::String& key, const orv::String& value);
 

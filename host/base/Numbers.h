@@ -17,8 +17,8 @@ TEMATICA_HOST_API bool UgualeA(double left, double right);
 /// Errors: 1.7e200 for a text that is empty or not a number.
 TEMATICA_HOST_API double DoubleDaString(const std::string& text);
 
-/// `value` with exactly `decimals` digits after the point; the empty text for values from 8.5e199 up.
-/// `flag` is 0 in every call and has no further meaning.
+/// `value` with exactly `decimals` digits after the point; the empty text for values from 8.5e199
+/// up. `flag` is 0 in every call and has no further meaning.
 TEMATICA_HOST_API std::string StringDaDouble(double value, int flag, int decimals);
 
 /// Nearest integer, halves away from zero; values outside the 64-bit range are clamped, NaN is 0.
@@ -32,12 +32,14 @@ TEMATICA_HOST_API double orv_atof(std::string_view text);
 TEMATICA_HOST_API int orv_atoi(const char* text);
 TEMATICA_HOST_API int orv_atoi(std::string_view text);
 
-/// As snprintf for %d %i %u %x %c %s %f %e %g %% with flags, width and precision, always with a point.
+/// As snprintf for %d %i %u %x %c %s %f %e %g %% with flags, width and precision, always with a
+/// point.
 TEMATICA_HOST_API int orv_sprintf(char* buffer, std::size_t sizeBytes, const char* format, ...);
 
 namespace orv {
 
-/// The shortest digits that read back: plain notation for exponents -5 to 15, else "1e+20"; minus zero is "-0".
+/// The shortest digits that read back: plain notation for exponents -5 to 15, else "1e+20"; minus
+/// zero is "-0".
 TEMATICA_HOST_API std::string ShortestText(double value);
 
 /// `value` in fixed notation as `String::ValueOf`, appended to `out` (no allocation beyond it).

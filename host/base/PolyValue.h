@@ -48,7 +48,8 @@ public:
     CPolyValue& operator=(const CPolyValue& other);
     CPolyValue& operator=(CPolyValue&& other) noexcept;
 
-    /// Equal kinds by value, integer and double as numbers, two empties are equal; other pairs differ.
+    /// Equal kinds by value, integer and double as numbers, two empties are equal; other pairs
+    /// differ.
     bool operator!=(const CPolyValue& other) const;
     bool operator==(const CPolyValue& other) const { return !(*this != other); }
 
@@ -61,7 +62,8 @@ public:
     [[nodiscard]] double GetDoubleValue() const;
     [[nodiscard]] std::int64_t GetDateValue() const;
     void SetDateValue(std::int64_t seconds);
-    /// The value as text: "", "Sì"/"No", decimal digits, the shortest digits that read back, dd/mm/yyyy local.
+    /// The value as text: "", "Sì"/"No", decimal digits, the shortest digits that read back,
+    /// dd/mm/yyyy local.
     [[nodiscard]] String GetStringValue() const;
 
     /// Makes this an array of `count` empty texts; `type` is the elements' tag (4).
@@ -70,8 +72,12 @@ public:
     [[nodiscard]] String GetStringValue(unsigned index) const;
     void SetStringValue(unsigned index, const String& value);
 
-    /// The text itself without a copy; empty unless the tag is `PolyString`. Valid until this value changes.
-    [[nodiscard]] std::string_view TextView() const noexcept { return m_type == PolyString ? m_text.View() : std::string_view(); }
+    /// The text itself without a copy; empty unless the tag is `PolyString`. Valid until this value
+    /// changes.
+    [[nodiscard]] std::string_view TextView() const noexcept
+    {
+        return m_type == PolyString ? m_text.View() : std::string_view();
+    }
 
 private:
     std::int32_t m_type = PolyEmpty;

@@ -11,8 +11,9 @@ namespace orv {
 
 /// Text of the host: bytes with a length, by convention UTF-8, neither checked nor normalised.
 /// Lengths and positions count bytes, so `Length()` of "Sì" is 3; NUL bytes are kept.
-/// Errors: positions outside the text are clamped, single reads outside give '\0', searches give -1.
-/// Owner, thread: a value; as safe between threads as std::string. The layout is part of the host contract.
+/// Errors: positions outside the text are clamped, single reads outside give '\0', searches give
+/// -1. Owner, thread: a value; as safe between threads as std::string. The layout is part of the
+/// host contract.
 class TEMATICA_HOST_API String final {
 public:
     String() noexcept;
@@ -61,9 +62,21 @@ private:
 TEMATICA_HOST_API String operator+(const char* left, const String& right);
 TEMATICA_HOST_API String operator+(const String& left, const char* right);
 TEMATICA_HOST_API String operator+(const String& left, char right);
-inline String operator+(const String& left, const String& right) { return left.Concat(right); }
-inline bool operator==(const String& left, const String& right) { return left.View() == right.View(); }
-inline bool operator!=(const String& left, const String& right) { return left.View() != right.View(); }
-inline bool operator<(const String& left, const String& right) { return left.View() < right.View(); }
+inline String operator+(const String& left, const String& right)
+{
+    return left.Concat(right);
+}
+inline bool operator==(const String& left, const String& right)
+{
+    return left.View() == right.View();
+}
+inline bool operator!=(const String& left, const String& right)
+{
+    return left.View() != right.View();
+}
+inline bool operator<(const String& left, const String& right)
+{
+    return left.View() < right.View();
+}
 
 } // namespace orv

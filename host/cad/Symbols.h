@@ -35,4 +35,5 @@ private:
 };
 
 /// The host's symbol chooser; true with another `id` when the user chose one.
-TEMATICA_HOST_API bool FDlgSceltaSymbol(QWidget* parent, CDravoEng* engine, CDocSymbolManager* symbols, int& id);
+TEMATICA_HOST_API bool FDlgSceltaSymbol(
+    QWidget* parent, CDravoEng* engine, CDocSymbolManager* symbols, int& id);

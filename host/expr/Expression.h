@@ -70,10 +70,11 @@ protected:
     ~CEEExpressionVisitor();
 };
 
-/// Base of all expression nodes. The order of the virtual operations is the binary contract with hosts.
-/// Nodes own their children and do not change once built. Chains of binary operators that grow to the
-/// left are evaluated, cloned and destroyed in a loop, so that a filter of 200,000 terms needs no deep stack.
-/// Rules of evaluation: docs/filter-language.md. Thread: a tree may be evaluated by several threads, each with its own provider.
+/// Base of all expression nodes. The order of the virtual operations is the binary contract with
+/// hosts. Nodes own their children and do not change once built. Chains of binary operators that
+/// grow to the left are evaluated, cloned and destroyed in a loop, so that a filter of 200,000
+/// terms needs no deep stack. Rules of evaluation: docs/filter-language.md. Thread: a tree may be
+/// evaluated by several threads, each with its own provider.
 class TEMATICA_HOST_API CEEExpression {
 public:
     CEEExpression() = default;
@@ -81,7 +82,8 @@ public:
     CEEExpression& operator=(const CEEExpression&) = delete;
     virtual ~CEEExpression();
     virtual int GetType() = 0;
-    /// Errors: false when a value cannot be computed (unknown name, types that do not fit, division by zero).
+    /// Errors: false when a value cannot be computed (unknown name, types that do not fit, division
+    /// by zero).
     virtual bool Eval(CEESymbolProvider* provider, CEEResult& result) = 0;
     virtual orv::String ToString() const = 0;
     virtual bool IsConst() = 0;

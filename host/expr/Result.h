@@ -4,8 +4,8 @@
 
 #include "host/base/PolyValue.h"
 
-/// Result of an evaluation: a value with its kind. Element types are the tags of `orv::CPolyValue`; 0 is empty.
-/// Owner, thread: a value. The layout is part of the host contract.
+/// Result of an evaluation: a value with its kind. Element types are the tags of `orv::CPolyValue`;
+/// 0 is empty. Owner, thread: a value. The layout is part of the host contract.
 class TEMATICA_HOST_API CEEResult final {
 public:
     CEEResult();

@@ -14,7 +14,8 @@ public:
     CEESymbol& operator=(const CEESymbol&) = delete;
     virtual ~CEESymbol();
 
-    /// Errors: false when the value cannot be computed from these arguments; `result` is then undefined.
+    /// Errors: false when the value cannot be computed from these arguments; `result` is then
+    /// undefined.
     virtual bool Eval(int argumentCount, CEEResult* arguments, CEEResult& result) = 0;
     /// True for symbols that take part in calls; a variable answers false.
     [[nodiscard]] virtual bool IsFunction() const = 0;
@@ -23,8 +24,8 @@ public:
 /// Where nodes look names up.
 class TEMATICA_HOST_API CEESymbolProvider {
 public:
-    /// The symbol that a plain name means: variables first, then functions; exact name first, then ASCII case ignored.
-    /// Null when unknown. Owner: the provider.
+    /// The symbol that a plain name means: variables first, then functions; exact name first, then
+    /// ASCII case ignored. Null when unknown. Owner: the provider.
     virtual CEESymbol* GetSymbol(orv::String& name) = 0;
     /// The symbol that a call means: functions only.
     virtual CEESymbol* GetFunction(orv::String& name) = 0;
@@ -33,8 +34,9 @@ protected:
     ~CEESymbolProvider();
 };
 
-/// Name to symbol, with variables and functions apart, so that a field called "Year" does not hide the function.
-/// A second symbol of a name is kept alive but never found. Owner: deletes its symbols with itself.
+/// Name to symbol, with variables and functions apart, so that a field called "Year" does not hide
+/// the function. A second symbol of a name is kept alive but never found. Owner: deletes its
+/// symbols with itself.
 class TEMATICA_HOST_API CEESymbolTable : public CEESymbolProvider {
 public:
     CEESymbolTable();
@@ -87,7 +89,8 @@ private:
     int m_code;
 };
 
-/// Date(day, month, year) (30): local midnight of a real calendar day; Now (31): the moment of the call.
+/// Date(day, month, year) (30): local midnight of a real calendar day; Now (31): the moment of the
+/// call.
 class TEMATICA_HOST_API CEESymbolFunVarious final : public CEESymbol {
 public:
     explicit CEESymbolFunVarious(int code);

@@ -15,10 +15,11 @@ inline constexpr int ColumnChunkRows = 65536;
 
 /// How the values of a chunk are stored.
 enum class ColumnKind : int {
-    Boolean,    // std::uint8_t, 0 or 1
-    Integer,    // std::int32_t
-    Decimal,    // double, as stored (not rounded)
-    Date,       // std::int32_t, days since 1970-01-01 of the local calendar; GetRowValue gives the day's local midnight
+    Boolean, // std::uint8_t, 0 or 1
+    Integer, // std::int32_t
+    Decimal, // double, as stored (not rounded)
+    Date, // std::int32_t, days since 1970-01-01 of the local calendar; GetRowValue gives the day's
+          // local midnight
     Dictionary, // std::uint32_t, code in the column's dictionary (text and list fields)
 };
 
@@ -47,11 +48,12 @@ struct ColumnView {
     std::uint32_t dictionarySize = 0;
 };
 
-/// Entities of a theme in entity order, in runs that lie at equal distances in memory and whose rows follow one another.
+/// Entities of a theme in entity order, in runs that lie at equal distances in memory and whose
+/// rows follow one another.
 struct EntityRun {
     CEnt* first = nullptr;
     std::ptrdiff_t strideBytes = 0; // from one entity's handle to the next
-    int firstRow = 0;               // row index of the first entity; the k-th has firstRow + k
+    int firstRow = 0; // row index of the first entity; the k-th has firstRow + k
     int count = 0;
     [[nodiscard]] CEnt* At(int k) const
     {
@@ -67,9 +69,9 @@ struct EntityRunsView {
 
 /// Extension "columns/1": typed columns in row order and the rows of a theme's entities.
 /// Whoever overrides `GetRowValue` or `GetEnt` must answer null for this extension.
-/// Errors: false where the table, field or theme is not this library's or cannot be given as columns.
-/// Owner, thread: everything belongs to the library and is valid until its next change; may be called and read from
-/// several threads while no changing call runs.
+/// Errors: false where the table, field or theme is not this library's or cannot be given as
+/// columns. Owner, thread: everything belongs to the library and is valid until its next change;
+/// may be called and read from several threads while no changing call runs.
 class TEMATICA_HOST_API IColumns {
 public:
     virtual bool GetColumn(CDBTable* table, int fieldIndex, ColumnView& view) = 0;

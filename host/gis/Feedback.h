@@ -8,8 +8,8 @@
 
 namespace gis {
 
-/// Extension "feedback/1": the dialogs tell the host what is found and which row is current, for it to highlight.
-/// Thread: the library's. The host copies what it wants to keep.
+/// Extension "feedback/1": the dialogs tell the host what is found and which row is current, for it
+/// to highlight. Thread: the library's. The host copies what it wants to keep.
 class TEMATICA_HOST_API IFeedback {
 public:
     virtual void ShowFound(std::int64_t drawing, const std::vector<CEnt*>& entities) = 0;

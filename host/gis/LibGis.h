@@ -15,15 +15,17 @@ namespace gis {
 
 /// The GIS model of one drawing and the facade for every query and change of it.
 ///
-/// The order of the virtual operations is the binary contract with hosts; `Extension` is the last and nothing is ever
-/// appended. Indexes count from 0. Units: drawing units, radians, seconds since 1970-01-01 00:00 UTC.
-/// Errors: null handles are harmless (counts are 0, texts empty, look-ups null, setters do nothing); indexes out of
-/// range give null or the empty text. No operation throws.
-/// Owner, thread: the host owns the library and every handle; call on the library's thread.
+/// The order of the virtual operations is the binary contract with hosts; `Extension` is the last
+/// and nothing is ever appended. Indexes count from 0. Units: drawing units, radians, seconds since
+/// 1970-01-01 00:00 UTC. Errors: null handles are harmless (counts are 0, texts empty, look-ups
+/// null, setters do nothing); indexes out of range give null or the empty text. No operation
+/// throws. Owner, thread: the host owns the library and every handle; call on the library's thread.
 class TEMATICA_HOST_API CLibGis : public CLibGen {
 public:
-    /// `manager` records changes and may be null (a scratch library without undo); must outlive the library.
-    explicit CLibGis(orv::CChangeTransactionManager* manager = nullptr, std::int64_t targetDrawing = 0);
+    /// `manager` records changes and may be null (a scratch library without undo); must outlive the
+    /// library.
+    explicit CLibGis(
+        orv::CChangeTransactionManager* manager = nullptr, std::int64_t targetDrawing = 0);
     ~CLibGis() override;
 
     // Tables
@@ -34,7 +36,8 @@ public:
     virtual CDBTable* FindTable(const orv::String& name);
     /// Never refuses: an empty or used name is taken as it is.
     virtual CDBTable* CreateTable(const orv::String& name);
-    /// Structure, constraints and rows; a taken name gets " (2)", " (3)" and so on. The source may be of another library.
+    /// Structure, constraints and rows; a taken name gets " (2)", " (3)" and so on. The source may
+    /// be of another library.
     virtual CDBTable* CreateTableAsCopyOf(CDBTable* table);
     /// Does nothing while a theme uses the table.
     virtual void DeleteTable(CDBTable* table);
@@ -71,7 +74,8 @@ public:
     /// As `FindTable`.
     virtual CTheme* FindTheme(const orv::String& name);
     /// Null without a table. Becomes the active theme when there is none.
-    virtual CTheme* CreateTheme(CDBTable* table, const orv::String& name, EntType type, EntTypeCoords coords, std::int64_t targetDrawing);
+    virtual CTheme* CreateTheme(CDBTable* table, const orv::String& name, EntType type,
+        EntTypeCoords coords, std::int64_t targetDrawing);
     /// False for the active theme, a theme with entities, and null.
     virtual bool DeleteTheme(CTheme* theme);
     virtual orv::String GetThemeName(CTheme* theme);
@@ -121,12 +125,15 @@ public:
     static void SetLtypeName(CFeatureClass* featureClass, const orv::String& name);
     static orv::String GetLabel(CFeatureClass* featureClass);
     static void SetLabel(CFeatureClass* featureClass, const orv::String& label);
-    static void GetLimitValue(CFeatureClass* featureClass, orv::CPolyValue& low, orv::CPolyValue& high);
-    static void SetLimitValue(CFeatureClass* featureClass, const orv::CPolyValue& low, const orv::CPolyValue& high);
+    static void GetLimitValue(
+        CFeatureClass* featureClass, orv::CPolyValue& low, orv::CPolyValue& high);
+    static void SetLimitValue(
+        CFeatureClass* featureClass, const orv::CPolyValue& low, const orv::CPolyValue& high);
     virtual bool IsDefaultFeatureClass(CFeatureClass* featureClass);
 
-    /// What the host offers beyond this interface, by name ("columns/1", "feedback/1"); null where it does not.
-    /// The pointer is to the extension's interface and lives as long as the library. Always the last operation.
+    /// What the host offers beyond this interface, by name ("columns/1", "feedback/1"); null where
+    /// it does not. The pointer is to the extension's interface and lives as long as the library.
+    /// Always the last operation.
     virtual void* Extension(const char* name);
 
 private:

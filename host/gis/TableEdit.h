@@ -9,9 +9,9 @@
 namespace gis {
 
 /// A table's field list as it is being edited: a pending copy that `Commit` applies as a whole.
-/// Errors: trackers of deleted fields stay valid until `Commit`, `Revert` or destruction, changes to them have no effect;
-/// positions out of range give null or are ignored.
-/// Owner, thread: the caller owns the controller, the controller its trackers; library and table must outlive it.
+/// Errors: trackers of deleted fields stay valid until `Commit`, `Revert` or destruction, changes
+/// to them have no effect; positions out of range give null or are ignored. Owner, thread: the
+/// caller owns the controller, the controller its trackers; library and table must outlive it.
 class TEMATICA_HOST_API CCtrlDlgTableEdit {
 public:
     class CFieldChangeTracker;
@@ -39,9 +39,9 @@ public:
     void GetFieldConstraints(CFieldChangeTracker* field, orv::CPolyValue* constraints);
     void SetFieldConstraints(CFieldChangeTracker* field, const orv::CPolyValue* constraints);
 
-    /// Applies the pending list, cells following their field's identity; cells of a field whose format changed are converted.
-    /// Errors: false, with nothing applied, when a name is empty, two names are equal ignoring ASCII case, the table
-    /// no longer exists, or the user cancelled.
+    /// Applies the pending list, cells following their field's identity; cells of a field whose
+    /// format changed are converted. Errors: false, with nothing applied, when a name is empty, two
+    /// names are equal ignoring ASCII case, the table no longer exists, or the user cancelled.
     bool Commit();
     bool Revert();
 

@@ -11,9 +11,10 @@ class CDocSymbolManager;
 namespace gis {
 
 /// A theme's thematic map as it is being edited; nothing reaches the theme before `Commit`.
-/// Every setter rebuilds the classes, also with the value that is set already: the default class first, then, when rows
-/// without a value exist, the class of those, then the value classes ascending.
-/// Owner, thread: the caller owns the controller, the controller its pending classes; the theme must outlive it.
+/// Every setter rebuilds the classes, also with the value that is set already: the default class
+/// first, then, when rows without a value exist, the class of those, then the value classes
+/// ascending. Owner, thread: the caller owns the controller, the controller its pending classes;
+/// the theme must outlive it.
 class TEMATICA_HOST_API CCtrlThemeMapEdit {
 public:
     explicit CCtrlThemeMapEdit(CTheme* theme);
@@ -29,9 +30,10 @@ public:
     void SetNumClasses(int count);
     int GetNumFeatureClasses();
     CFeatureClass* GetFeatureClass(int index);
-    /// Smallest and largest value of the field over all rows of the theme's table, empty when there is none;
-    /// `found` tells that at least one row has no value.
-    void FindMinMaxValuesInTable(CTheme* theme, CField* field, orv::CPolyValue& minimum, orv::CPolyValue& maximum, bool& found);
+    /// Smallest and largest value of the field over all rows of the theme's table, empty when there
+    /// is none; `found` tells that at least one row has no value.
+    void FindMinMaxValuesInTable(CTheme* theme, CField* field, orv::CPolyValue& minimum,
+        orv::CPolyValue& maximum, bool& found);
     bool Commit(CDocSymbolManager* symbols);
 
 private:

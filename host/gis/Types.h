@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Handles, enumerations and records of the GIS model. Handles are owned by the host; nobody else looks inside.
+// Handles, enumerations and records of the GIS model. Handles are owned by the host; nobody else
+// looks inside.
 
 #include "host/base/PolyValue.h"
 
@@ -11,7 +12,7 @@
 namespace orv {
 class CResultRow;
 class CChangeTransactionManager;
-}
+} // namespace orv
 
 namespace gis {
 
@@ -91,11 +92,11 @@ enum class MergeResult : int {
     Undecided = 2,
 };
 
-/// A field's constraints travel as an array of this many values; their meaning depends on the format:
-/// text: 0 default, 3 an integer kept as it is; boolean: 0 default as integer (1 yes, 0 no, 2 none);
-/// integer: 0 default, 1 minimum, 2 maximum (`orv::UnsetInteger` = not set); decimal: the same as
-/// doubles (`orv::UnsetDecimal`), 3 digits after the point (0 to 10); list: 0 default, 3 array of
-/// texts; date: 0 date or integer 0, 3 mode (0 none, 1 today, 2 given).
+/// A field's constraints travel as an array of this many values; their meaning depends on the
+/// format: text: 0 default, 3 an integer kept as it is; boolean: 0 default as integer (1 yes, 0 no,
+/// 2 none); integer: 0 default, 1 minimum, 2 maximum (`orv::UnsetInteger` = not set); decimal: the
+/// same as doubles (`orv::UnsetDecimal`), 3 digits after the point (0 to 10); list: 0 default, 3
+/// array of texts; date: 0 date or integer 0, 3 mode (0 none, 1 today, 2 given).
 inline constexpr int ConstraintCount = 4;
 inline constexpr int MaxDecimalDigits = 10;
 

@@ -8,20 +8,22 @@
 
 namespace gis {
 
-/// Settles what becomes of the tables and themes of an import: name clashes are resolved silently where the tables
-/// agree, else by asking.
-/// Owner, thread: one per import, made before it and destroyed after; the library must outlive it. Copies share the
-/// scratch library.
+/// Settles what becomes of the tables and themes of an import: name clashes are resolved silently
+/// where the tables agree, else by asking. Owner, thread: one per import, made before it and
+/// destroyed after; the library must outlive it. Copies share the scratch library.
 class TEMATICA_API CGisMerger : public IGisMerger {
 public:
     explicit CGisMerger(CLibGis* library);
     CGisMerger(const CGisMerger& other);
     CGisMerger& operator=(const CGisMerger& other);
 
-    void OnBeforeLoadTable(const orv::String& name, CLibGis*& library, CDBTable*& existing, CDBTable*& loaded) override;
-    void OnAfterLoadTable(CLibGis* library, CDBTable* existing, CDBTable* loaded, std::vector<int>& mapping) override;
+    void OnBeforeLoadTable(const orv::String& name, CLibGis*& library, CDBTable*& existing,
+        CDBTable*& loaded) override;
+    void OnAfterLoadTable(
+        CLibGis* library, CDBTable* existing, CDBTable* loaded, std::vector<int>& mapping) override;
     void GetTable(int index, CDBTable*& table, int& rowOffset) override;
-    CTheme* OnLoadTheme(const orv::String& name, CDBTable* table, EntType type, EntTypeCoords coords, std::int64_t targetDrawing) override;
+    CTheme* OnLoadTheme(const orv::String& name, CDBTable* table, EntType type,
+        EntTypeCoords coords, std::int64_t targetDrawing) override;
     ~CGisMerger() override;
 
 private:

@@ -14,9 +14,9 @@ class CEESymbolTable;
 class CEESymbolConstVar;
 
 /// Selects the entities of one theme whose rows satisfy a filter (docs/filter-language.md).
-/// Names of the filter: the table's fields as they are at construction, and Year, Month, Day, Date, Now.
-/// Owner, thread: library and theme must outlive it; call on the library's thread. Copies share filter and symbols
-/// until one of them is given a new filter.
+/// Names of the filter: the table's fields as they are at construction, and Year, Month, Day, Date,
+/// Now. Owner, thread: library and theme must outlive it; call on the library's thread. Copies
+/// share filter and symbols until one of them is given a new filter.
 class TEMATICA_API CQueryExecute {
 public:
     CQueryExecute(gis::CLibGis* library, gis::CTheme* theme);
@@ -26,8 +26,8 @@ public:
 
     /// Replaces the filter; false, and no filter, when the text is refused.
     bool SetQueryFilter(const orv::String& text);
-    /// The entities for which the filter is true, in entity order; returns their number. Entities for which the filter
-    /// cannot be computed are not selected. Without a filter: none.
+    /// The entities for which the filter is true, in entity order; returns their number. Entities
+    /// for which the filter cannot be computed are not selected. Without a filter: none.
     int Execute(std::vector<gis::CEnt*>& result);
 
 protected:
