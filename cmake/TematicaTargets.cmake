@@ -2,6 +2,11 @@
 # Visible by default (host modules); HIDDEN for what goes into the shared library `tematica`.
 function(tematica_objects name)
     cmake_parse_arguments(ARG "HIDDEN;QT" "" "SOURCES;LINKS" ${ARGN})
+    if(NOT ARG_SOURCES)
+        # A module without sources yet must not stop the others from being configured.
+        set(ARG_SOURCES "${CMAKE_CURRENT_BINARY_DIR}/${name}_empty.cpp")
+        file(CONFIGURE OUTPUT "${ARG_SOURCES}" CONTENT "")
+    endif()
     add_library(${name} OBJECT ${ARG_SOURCES} ${ARG_UNPARSED_ARGUMENTS})
     target_link_libraries(${name} PRIVATE tematica_options tematica_warnings ${ARG_LINKS})
     if(ARG_HIDDEN)
