@@ -20,7 +20,10 @@ enum class FindingCode {
     RowsMissing, // count: shapes without a record (kept, no values)
     ShapesMissing, // count: records without a shape (left out)
     RecordsDeleted, // count: records marked as deleted (left out)
-    ShapeUnreadable, // record; detail: why (row kept, no shape)
+    ShapeUnreadable, // record; detail: why (row kept, no shape); count: so many more like it
+    RecordLengthWrong, // record: its length field is wrong, the shape was read by its own counts
+    ShpSizeDisagrees, // detail: how the .shp's length field, its records and the file differ
+    RowCountDisagrees, // count: whole records in the .dbf; detail: the number its header says
     ShapeTypeOther, // record: a shape of another type than the file's (row kept, no shape)
     TextInvalid, // subject: field; count: cells with bytes invalid in the encoding
     NumberUnreadable, // subject: field; count: cells that are no number (no value)

@@ -72,6 +72,8 @@ public:
     /// `geometry()`.
     [[nodiscard]] embedded::EntityStore& entities() const { return *m_entities; }
     [[nodiscard]] embedded::EntityStore& geometry();
+    /// Gives a theme's vertices room for measures; false (nothing done) once there are entities.
+    bool addMeasures();
     [[nodiscard]] bool isGeometryLoaded() const { return m_geometryLoaded; }
     void setGeometryPending() { m_geometryLoaded = false; } // the store will give it
     /// Extent, from the store where the geometry was not read yet.
