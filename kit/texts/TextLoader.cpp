@@ -10,6 +10,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+// Outside any namespace, as the macro demands. Needed where the texts are read while the library is
+// still being loaded (the order of its static objects is open) and in static builds.
+static void registerTexts()
+{
+    Q_INIT_RESOURCE(texts);
+}
+
 namespace kit {
 
 namespace {
@@ -18,6 +25,7 @@ ResourceHandle installed = nullptr;
 
 std::string ownJson()
 {
+    registerTexts();
     QFile file(QStringLiteral(":/tematica/texts/it.json"));
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
 }

@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tematica/Dialogs.h"
+
+#include "entry/DialogFrame.h"
+
+bool FDlgQuery(std::int64_t /*drawing*/, CDravoEng* /*engine*/, gis::CLibGis* library)
+{
+    const entry::Frame frame { "FDlgQuery", true, entry::Telling::OneLine };
+    return entry::runDialog(frame, { library }, [] { return true; });
+}

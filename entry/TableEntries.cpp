@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tematica/Dialogs.h"
+
+#include "entry/DialogFrame.h"
+
+// The dialogs of tables. One that is not built yet gives its cancelled answer.
+
+bool FDlgTableListGIS(gis::CLibGis* library)
+{
+    const entry::Frame frame { "FDlgTableListGIS", false };
+    return entry::runDialog(frame, { library }, [] { return false; });
+}
+
+bool FDlgTableEditGIS(gis::CLibGis* library, gis::CDBTable* table)
+{
+    const entry::Frame frame { "FDlgTableEditGIS", false };
+    return entry::runDialog(frame, { library, table }, [] { return false; });
+}
+
+bool FDlgCompileTableGIS(gis::CLibGis* library, gis::CTheme* theme, orv::CResultRow* row)
+{
+    const entry::Frame frame { "FDlgCompileTableGIS", false };
+    return entry::runDialog(frame, { library, theme, row }, [] { return false; });
+}
+
+bool FDlgShowTableGIS(gis::CLibGis* library, gis::CDBTable* table)
+{
+    const entry::Frame frame { "FDlgShowTableGIS", true, entry::Telling::OneLine };
+    return entry::runDialog(frame, { library, table }, [] { return true; });
+}
