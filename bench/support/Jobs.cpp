@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "bench/support/Jobs.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <unistd.h>
+
+namespace bench {
+
+bool Jobs::wants(const std::string& job) const
+{
+    return m_settings.only.empty() || job.find(m_settings.only) != std::string::npos;
+}
+
+void Jobs::add(JobResult result)
+{
+    fmt::print("{:<58} {:>10.2f}   {:<26} {:>10.2f}   {:>7.3f}   {:>7.3f}   {}\n", result.job,
+        result.oursMs, result.peer, result.peerMs, result.ratio(), result.goal,
+        result.holds() ? "holds" : "MISSED");
+    std::fflush(stdout);
+    m_results.push_back(std::move(result));
+}
+
+void Jobs::print() const
+{
+    const auto missed = std::count_if(
+        m_results.begin(), m_results.end(), [](const JobResult& r) { return !r.holds(); });
+    fmt::print("{} jobs, {} missed\n", m_results.size(), missed);
+}
+
+bool Jobs::writeJson(const std::string& path) const
+{
+    auto list = nlohmann::json::array();
+    for (const JobResult& r : m_results)
+        list.push_back({ { "job", r.job }, { "tematica_ms", r.oursMs }, { "peer", r.peer },
+            { "peer_ms", r.peerMs }, { "ratio", r.ratio() }, { "goal", r.goal },
+            { "holds", r.holds() } });
+    std::ofstream out(path);
+    out << list.dump(1) << '\n';
+    return out.good();
+}
+
+double medianMs(int repetitions, const std::function<void()>& run)
+{
+    run();
+    std::vector<double> times;
+    for (int i = 0; i < repetitions; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        run();
+        times.push_back(
+            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+                .count());
+    }
+    std::nth_element(
+        times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
+    return times[times.size() / 2];
+}
+
+double commandMs(const std::string& command)
+{
+    const auto start = std::chrono::steady_clock::now();
+    const int status = std::system(command.c_str());
+    const double ms
+        = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+              .count();
+    if (status != 0) {
+        fmt::print(stderr, "bench: failed: {}\n", command);
+        return -1;
+    }
+    return ms;
+}
+
+double medianCommandMs(int repetitions, const std::string& command, const std::string& before)
+{
+    std::vector<double> times;
+    for (int i = 0; i < repetitions; ++i) {
+        if (!before.empty() && std::system(before.c_str()) != 0)
+            return -1;
+        times.push_back(commandMs(command));
+    }
+    std::sort(times.begin(), times.end());
+    return times.front() < 0 ? -1 : times[times.size() / 2];
+}
+
+double residentBytes()
+{
+    std::ifstream statm("/proc/self/statm");
+    double total = 0;
+    double resident = 0;
+    statm >> total >> resident;
+    return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+} // namespace bench
