@@ -41,4 +41,7 @@ TEMATICA_HOST_API std::string DateText(std::int64_t moment);
 /// d/m/yyyy with one or two digits for day and month, real days only; false for any other text.
 TEMATICA_HOST_API bool ParseDateText(std::string_view text, std::int64_t& midnight);
 
+/// For a process that changed its time zone (TZ): the days' beginnings are asked for anew.
+TEMATICA_HOST_API void ForgetTimeZone();
+
 } // namespace orv
