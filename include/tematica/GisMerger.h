@@ -6,6 +6,20 @@
 
 #include "host/gis/Merge.h"
 
+#include <memory>
+
+namespace exchange {
+class IMergeDecider;
+}
+
+namespace gis {
+class CGisMerger;
+}
+
+namespace exchange {
+void setMergeDecider(gis::CGisMerger& merger, std::shared_ptr<IMergeDecider> decider);
+}
+
 namespace gis {
 
 /// Settles what becomes of the tables and themes of an import: name clashes are resolved silently
@@ -27,6 +41,7 @@ public:
     ~CGisMerger() override;
 
 private:
+    friend void exchange::setMergeDecider(CGisMerger&, std::shared_ptr<exchange::IMergeDecider>);
     CLibGis* ProvideLibGis();
 
     class Impl;

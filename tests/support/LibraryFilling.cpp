@@ -12,24 +12,6 @@ namespace {
 
 using embedded::Library;
 
-void fillTable(Library& library, const TablePlan& plan)
-{
-    gis::CDBTable* table = library.createTable(plan.name);
-    for (const auto& wanted : plan.fields) {
-        gis::CField* field = table->addField(wanted.name, wanted.format);
-        field->type = wanted.type;
-        field->requested = wanted.required;
-        field->constraints = wanted.constraints;
-    }
-    table->addRows(static_cast<int>(plan.rows.size()));
-    for (int f = 0; f < table->fieldCount(); ++f) {
-        embedded::Column& column = table->columnForWriting(f);
-        for (int row = 0; row < table->rowCount(); ++row)
-            column.setValue(
-                row, plan.rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(f)]);
-    }
-}
-
 void fillEnt(Library& library, gis::CTheme& theme, const EntPlan& plan, int stride)
 {
     orv::CResultRow* row = theme.table->row(plan.row);
@@ -63,11 +45,28 @@ void fillTheme(Library& library, const ThemePlan& plan)
 
 } // namespace
 
+void fillTable(gis::CDBTable& table, const TablePlan& plan)
+{
+    for (const auto& wanted : plan.fields) {
+        gis::CField* field = table.addField(wanted.name, wanted.format);
+        field->type = wanted.type;
+        field->requested = wanted.required;
+        field->constraints = wanted.constraints;
+    }
+    table.addRows(static_cast<int>(plan.rows.size()));
+    for (int f = 0; f < table.fieldCount(); ++f) {
+        embedded::Column& column = table.columnForWriting(f);
+        for (int row = 0; row < table.rowCount(); ++row)
+            column.setValue(
+                row, plan.rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(f)]);
+    }
+}
+
 void fillLibrary(gis::CLibGis& library, const LibraryPlan& plan)
 {
     Library* embedded = Library::of(&library);
     for (const auto& table : plan.tables)
-        fillTable(*embedded, table);
+        fillTable(*embedded->createTable(table.name), table);
     for (const auto& theme : plan.themes)
         fillTheme(*embedded, theme);
     if (embedded->changes())

@@ -36,6 +36,9 @@ LibraryPlan planFrom(std::string_view notation);
 void fillLibrary(gis::CLibGis& library, const LibraryPlan& plan);
 void fillLibrary(gis::CLibGis& library, std::string_view notation);
 
+/// Fields and rows of a plan into a table that is empty, as an importer fills one: not recorded.
+void fillTable(gis::CDBTable& table, const TablePlan& plan);
+
 std::unique_ptr<gis::CLibGis> makeLibrary(
     std::string_view notation, orv::CChangeTransactionManager* manager = nullptr);
 
