@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+
 #include "host/base/ChangeManager.h"
 
 #include <utility>
@@ -7,46 +8,63 @@
 
 namespace orv {
 
-IChange::~IChange() = default;
-
 namespace {
 
 struct Step {
     String name;
     std::vector<std::unique_ptr<IChange>> changes;
-    std::uint64_t before = 0; // position before and after the step
-    std::uint64_t after = 0;
-
-    void undo()
-    {
-        for (auto change = changes.rbegin(); change != changes.rend(); ++change)
-            (*change)->Undo();
-    }
-    void redo()
-    {
-        for (auto& change : changes)
-            change->Redo();
-    }
+    std::uint64_t state = 0; // names the state that the step leads to
 };
 
 } // namespace
 
-class CChangeTransactionManager::Impl final {
+IChange::~IChange() = default;
+
+class CChangeTransactionManager::Impl {
 public:
     std::vector<Step> done;
-    std::vector<Step> undone;
+    std::vector<Step> undone; // the next to be made again is last
     Step open;
     int depth = 0;
-    bool replaying = false;
-    std::uint64_t position = 0;
-    std::uint64_t lastPosition = 0; // every state reached by a new step gets a number of its own
+    bool isReplaying = false;
+    std::uint64_t clearedState = 0; // the state before the first step that can be taken back
+    std::uint64_t lastState = 0; // never given twice, so that a number means one state
 
-    void finish(Step step)
+    void close()
     {
-        undone.clear();
-        step.before = position;
-        position = step.after = ++lastPosition;
-        done.push_back(std::move(step));
+        depth = 0;
+        if (open.changes.empty()) {
+            open = Step();
+            return;
+        }
+        // A change that grew since it was recorded has led to another state than its record did.
+        open.state = ++lastState;
+        done.push_back(std::move(open));
+        open = Step();
+    }
+
+    template <typename Play> void replay(Step& step, Play play)
+    {
+        struct Guard {
+            bool& flag;
+            ~Guard() { flag = false; }
+        } guard { isReplaying };
+        isReplaying = true;
+        play(step);
+    }
+    void takeBack(Step& step)
+    {
+        replay(step, [](Step& which) {
+            for (auto change = which.changes.rbegin(); change != which.changes.rend(); ++change)
+                (*change)->Undo();
+        });
+    }
+    void makeAgain(Step& step)
+    {
+        replay(step, [](Step& which) {
+            for (auto& change : which.changes)
+                change->Redo();
+        });
     }
 };
 
@@ -54,23 +72,20 @@ CChangeTransactionManager::CChangeTransactionManager()
     : m_impl(std::make_unique<Impl>())
 {
 }
+
 CChangeTransactionManager::~CChangeTransactionManager() = default;
 
 void CChangeTransactionManager::BeginStep(const String& name)
 {
-    if (m_impl->depth++ == 0) {
-        m_impl->open = {};
+    if (m_impl->depth++ == 0)
         m_impl->open.name = name;
-    }
 }
 
 void CChangeTransactionManager::EndStep()
 {
-    if (m_impl->depth == 0 || --m_impl->depth > 0)
-        return;
-    if (!m_impl->open.changes.empty())
-        m_impl->finish(std::move(m_impl->open));
-    m_impl->open = {};
+    // A scope may end after the step that it belongs to was cancelled.
+    if (m_impl->depth > 0 && --m_impl->depth == 0)
+        m_impl->close();
 }
 
 void CChangeTransactionManager::CancelStep()
@@ -78,10 +93,8 @@ void CChangeTransactionManager::CancelStep()
     if (m_impl->depth == 0)
         return;
     m_impl->depth = 0;
-    m_impl->replaying = true;
-    m_impl->open.undo();
-    m_impl->replaying = false;
-    m_impl->open = {};
+    Step step = std::exchange(m_impl->open, Step());
+    m_impl->takeBack(step);
 }
 
 bool CChangeTransactionManager::IsStepOpen() const
@@ -99,51 +112,49 @@ void CChangeTransactionManager::RenameStep(const String& name)
 
 void CChangeTransactionManager::Record(std::unique_ptr<IChange> change)
 {
-    if (!change || m_impl->replaying)
+    if (!change || m_impl->isReplaying)
         return;
-    if (m_impl->depth > 0) {
-        m_impl->open.changes.push_back(std::move(change));
-        return;
-    }
-    Step step;
-    step.changes.push_back(std::move(change));
-    m_impl->finish(std::move(step));
+    m_impl->undone.clear();
+    m_impl->open.changes.push_back(std::move(change));
+    m_impl->open.state = ++m_impl->lastState;
+    if (m_impl->depth == 0)
+        m_impl->close();
 }
 
 IChange* CChangeTransactionManager::LastChange() const
 {
-    return m_impl->depth > 0 && !m_impl->open.changes.empty() ? m_impl->open.changes.back().get()
-                                                              : nullptr;
+    if (m_impl->depth == 0 || m_impl->open.changes.empty())
+        return nullptr;
+    return m_impl->open.changes.back().get();
 }
 
 bool CChangeTransactionManager::CanUndo() const
 {
-    return m_impl->depth == 0 && !m_impl->done.empty();
+    return m_impl->depth == 0 && !m_impl->isReplaying && !m_impl->done.empty();
 }
+
 bool CChangeTransactionManager::CanRedo() const
 {
-    return m_impl->depth == 0 && !m_impl->undone.empty();
+    return m_impl->depth == 0 && !m_impl->isReplaying && !m_impl->undone.empty();
 }
+
 String CChangeTransactionManager::UndoName() const
 {
-    return m_impl->done.empty() ? String() : m_impl->done.back().name;
+    return CanUndo() ? m_impl->done.back().name : String();
 }
+
 String CChangeTransactionManager::RedoName() const
 {
-    return m_impl->undone.empty() ? String() : m_impl->undone.back().name;
+    return CanRedo() ? m_impl->undone.back().name : String();
 }
 
 bool CChangeTransactionManager::Undo()
 {
     if (!CanUndo())
         return false;
-    Step step = std::move(m_impl->done.back());
+    m_impl->takeBack(m_impl->done.back());
+    m_impl->undone.push_back(std::move(m_impl->done.back()));
     m_impl->done.pop_back();
-    m_impl->replaying = true;
-    step.undo();
-    m_impl->replaying = false;
-    m_impl->position = step.before;
-    m_impl->undone.push_back(std::move(step));
     return true;
 }
 
@@ -151,31 +162,30 @@ bool CChangeTransactionManager::Redo()
 {
     if (!CanRedo())
         return false;
-    Step step = std::move(m_impl->undone.back());
+    m_impl->makeAgain(m_impl->undone.back());
+    m_impl->done.push_back(std::move(m_impl->undone.back()));
     m_impl->undone.pop_back();
-    m_impl->replaying = true;
-    step.redo();
-    m_impl->replaying = false;
-    m_impl->position = step.after;
-    m_impl->done.push_back(std::move(step));
     return true;
 }
 
 void CChangeTransactionManager::Clear()
 {
+    m_impl->clearedState = Position();
     m_impl->done.clear();
     m_impl->undone.clear();
+    m_impl->open.changes.clear();
 }
 
 std::uint64_t CChangeTransactionManager::Position() const
 {
-    // While a step is open with changes, the state is none of those that have a number.
-    return m_impl->depth > 0 && !m_impl->open.changes.empty() ? UINT64_MAX : m_impl->position;
+    if (!m_impl->open.changes.empty())
+        return m_impl->open.state;
+    return m_impl->done.empty() ? m_impl->clearedState : m_impl->done.back().state;
 }
 
 bool CChangeTransactionManager::IsReplaying() const
 {
-    return m_impl->replaying;
+    return m_impl->isReplaying;
 }
 
 } // namespace orv

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+
 #include "host/base/LibGen.h"
 
 CLibGen::~CLibGen() = default;
@@ -16,4 +17,4 @@ bool CLibGen::GetModifiedFlag() const
 
 ORVNotifySource::~ORVNotifySource() = default;
 
-void ORVNotifySource::Notify(int, int, void*) { }
+void ORVNotifySource::Notify(int /*code*/, int /*value*/, void* /*data*/) { }

@@ -1,33 +1,30 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+
 #include "host/base/Numbers.h"
+
+#include "host/base/PolyValue.h"
 
 #include <algorithm>
 #include <charconv>
+#include <climits>
 #include <cmath>
-#include <cstdarg>
-#include <cstring>
 #include <limits>
+#include <system_error>
 
 namespace {
 
-constexpr double UnsetNumber = 1.7e200;
-constexpr double LargestSetNumber = 8.5e199;
-
-bool isBlank(char c)
+bool isBlank(char byte)
 {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return byte == ' ' || (byte >= '\t' && byte <= '\r');
 }
 
-std::string_view withoutBlanks(std::string_view text)
+bool isDigit(char byte)
+{
+    return byte >= '0' && byte <= '9';
+}
+
+std::string_view trimmed(std::string_view text)
 {
     while (!text.empty() && isBlank(text.front()))
         text.remove_prefix(1);
@@ -36,216 +33,192 @@ std::string_view withoutBlanks(std::string_view text)
     return text;
 }
 
-/// Length of the number at the beginning of `text`: sign, digits, point, digits, exponent; 0
-/// without digits.
+std::size_t skipDigits(std::string_view text, std::size_t position)
+{
+    while (position < text.size() && isDigit(text[position]))
+        ++position;
+    return position;
+}
+
+/// Length of the number that `text` begins with; 0 when it begins with none. Written out, since
+/// std::from_chars also knows "inf" and "nan" and refuses a plus sign.
 std::size_t numberLength(std::string_view text)
 {
-    std::size_t at = 0;
-    std::size_t digits = 0;
-    const auto skipDigits = [&] {
-        for (; at < text.size() && isDigit(text[at]); ++at)
-            ++digits;
-    };
-    if (at < text.size() && (text[at] == '+' || text[at] == '-'))
-        ++at;
-    skipDigits();
-    if (at < text.size() && text[at] == '.') {
-        ++at;
-        skipDigits();
+    const std::size_t first = !text.empty() && (text[0] == '+' || text[0] == '-') ? 1 : 0;
+    std::size_t end = skipDigits(text, first);
+    std::size_t digits = end - first;
+    if (end < text.size() && text[end] == '.') {
+        const std::size_t afterFraction = skipDigits(text, end + 1);
+        digits += afterFraction - end - 1;
+        if (digits > 0)
+            end = afterFraction;
     }
     if (digits == 0)
         return 0;
-    if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
-        std::size_t exponent = at + 1;
+    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+        std::size_t exponent = end + 1;
         if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-'))
             ++exponent;
-        if (exponent < text.size() && isDigit(text[exponent])) {
-            for (at = exponent; at < text.size() && isDigit(text[at]); ++at) { }
-        }
+        const std::size_t afterExponent = skipDigits(text, exponent);
+        if (afterExponent > exponent)
+            end = afterExponent;
     }
-    return at;
+    return end;
 }
 
-/// Value of a text that `numberLength` accepted. What does not fit a double is infinite, what is
-/// too small is 0.
-double numberValue(std::string_view number)
+/// True when a number that std::from_chars cannot hold is too large rather than too small.
+bool isTooLarge(std::string_view number)
 {
-    const bool negative = number.front() == '-';
-    if (number.front() == '+')
+    long magnitude = 0; // power of ten of the first digit that is not zero
+    bool pastPoint = false;
+    bool pastZeros = false;
+    std::size_t position = 0;
+    for (; position < number.size() && number[position] != 'e' && number[position] != 'E';
+         ++position) {
+        const char byte = number[position];
+        if (byte == '.')
+            pastPoint = true;
+        else if (isDigit(byte)) {
+            pastZeros = pastZeros || byte != '0';
+            if (pastZeros && !pastPoint)
+                ++magnitude;
+            else if (!pastZeros && pastPoint)
+                --magnitude;
+        }
+    }
+    if (position == number.size())
+        return magnitude > 0;
+    const bool isDown = position + 1 < number.size() && number[position + 1] == '-';
+    long exponent = 0;
+    for (const char byte : number.substr(position))
+        if (isDigit(byte))
+            exponent = std::min(exponent * 10 + (byte - '0'), LONG_MAX / 20);
+    return magnitude + (isDown ? -exponent : exponent) > 0;
+}
+
+/// Reads a text that `numberLength` found. Errors: false for a number beyond the doubles, with the
+/// largest one of its sign in `value`.
+bool readNumber(std::string_view number, double& value)
+{
+    const bool isNegative = number.front() == '-';
+    if (number.front() == '+' || isNegative)
         number.remove_prefix(1);
-    double value = 0;
-    const auto [end, problem]
-        = std::from_chars(number.data(), number.data() + number.size(), value);
-    if (problem != std::errc::result_out_of_range)
-        return value;
-    // from_chars leaves the value alone here; the exponent's sign, or else the length of the
-    // digits, tells which way.
-    const std::size_t exponent = number.find_first_of("eE");
-    const std::size_t significant = number.find_first_of("123456789");
-    const bool tiny = exponent != std::string_view::npos ? number[exponent + 1] == '-'
-                                                         : number.find('.') < significant;
-    const double magnitude = tiny ? 0.0 : std::numeric_limits<double>::infinity();
-    return negative ? -magnitude : magnitude;
+    double read = 0.0;
+    const auto end = std::from_chars(number.data(), number.data() + number.size(), read);
+    const bool isOutOfRange = end.ec == std::errc::result_out_of_range;
+    const bool isAbove = isOutOfRange ? isTooLarge(number) : !std::isfinite(read);
+    if (isAbove)
+        read = std::numeric_limits<double>::max();
+    else if (isOutOfRange)
+        read = 0.0;
+    value = isNegative ? -read : read;
+    return !isAbove;
+}
+
+/// [sign] digits [. digits] [exponent], as users write numbers: no bare point at either end.
+bool isWrittenNumber(std::string_view text)
+{
+    if (text.empty() || numberLength(text) != text.size())
+        return false;
+    const std::size_t point = text.find('.');
+    if (point == std::string_view::npos)
+        return true;
+    return point > 0 && isDigit(text[point - 1]) && point + 1 < text.size()
+        && isDigit(text[point + 1]);
 }
 
 } // namespace
 
 bool UgualeA(double left, double right)
 {
-    return std::abs(left - right) <= 1e-9 * std::max({ 1.0, std::abs(left), std::abs(right) });
+    if (left == right)
+        return true;
+    const double scale = std::max({ 1.0, std::fabs(left), std::fabs(right) });
+    return std::isfinite(scale) && std::fabs(left - right) <= 1e-9 * scale;
 }
 
 double DoubleDaString(const std::string& text)
 {
-    std::string number(withoutBlanks(text));
-    const std::size_t comma = number.find(',');
-    if (comma != std::string::npos && number.find('.') == std::string::npos)
-        number[comma] = '.';
-    if (number.empty() || numberLength(number) != number.size())
-        return UnsetNumber;
-    return numberValue(number);
+    std::string number(trimmed(text));
+    if (number.find('.') == std::string::npos) {
+        const auto comma = number.find(',');
+        if (comma != std::string::npos)
+            number[comma] = '.';
+    }
+    double value = 0.0;
+    if (!isWrittenNumber(number) || !orv::ParseDouble(number, value))
+        return orv::UnsetDecimal;
+    return value;
 }
 
-std::string StringDaDouble(double value, int, int decimals)
+std::string StringDaDouble(double value, int /*flag*/, int decimals)
 {
+    constexpr double FirstUndefined = 8.5e199;
     std::string text;
-    if (value < LargestSetNumber)
+    if (!(value >= FirstUndefined))
         orv::AppendFixed(text, value, decimals);
     return text;
 }
 
 long LongRound(double value)
 {
+    constexpr double FirstAbove = 9223372036854775808.0;
     if (std::isnan(value))
         return 0;
     const double rounded = std::round(value);
-    if (rounded >= 9223372036854775808.0)
-        return std::numeric_limits<long>::max();
-    if (rounded < -9223372036854775808.0)
-        return std::numeric_limits<long>::min();
-    return static_cast<long>(rounded);
+    if (rounded >= FirstAbove)
+        return LONG_MAX;
+    return rounded <= -FirstAbove ? LONG_MIN : static_cast<long>(rounded);
+}
+
+double orv_atof(const char* text)
+{
+    return text ? orv_atof(std::string_view(text)) : 0.0;
 }
 
 double orv_atof(std::string_view text)
 {
     while (!text.empty() && isBlank(text.front()))
         text.remove_prefix(1);
-    const std::size_t length = numberLength(text);
-    return length == 0 ? 0.0 : numberValue(text.substr(0, length));
+    double value = 0.0;
+    if (const std::size_t length = numberLength(text))
+        readNumber(text.substr(0, length), value);
+    return value;
 }
-double orv_atof(const char* text)
+
+int orv_atoi(const char* text)
 {
-    return text ? orv_atof(std::string_view(text)) : 0.0;
+    return text ? orv_atoi(std::string_view(text)) : 0;
 }
 
 int orv_atoi(std::string_view text)
 {
     while (!text.empty() && isBlank(text.front()))
         text.remove_prefix(1);
-    const bool negative = !text.empty() && text.front() == '-';
-    if (!text.empty() && (text.front() == '+' || text.front() == '-'))
+    const bool isNegative = !text.empty() && text.front() == '-';
+    if (isNegative || (!text.empty() && text.front() == '+'))
         text.remove_prefix(1);
-    std::int64_t value = 0;
-    constexpr std::int64_t Most = std::int64_t(std::numeric_limits<int>::max()) + 1;
-    for (char c : text) {
-        if (!isDigit(c))
+    long long value = 0;
+    for (const char byte : text) {
+        if (!isDigit(byte))
             break;
-        value = std::min(value * 10 + (c - '0'), Most);
+        value = std::min(value * 10 + (byte - '0'), 1LL + INT_MAX);
     }
-    return static_cast<int>(negative ? -value : std::min(value, Most - 1));
-}
-int orv_atoi(const char* text)
-{
-    return text ? orv_atoi(std::string_view(text)) : 0;
+    return static_cast<int>(isNegative ? -value : std::min<long long>(value, INT_MAX));
 }
 
 namespace orv {
 
-std::string ShortestText(double value)
-{
-    if (!std::isfinite(value))
-        return std::isnan(value) ? "nan" : value < 0 ? "-inf" : "inf";
-    char digits[64];
-    const auto scientific
-        = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::scientific);
-    const std::string_view text(digits, static_cast<std::size_t>(scientific.ptr - digits));
-    int exponent = 0;
-    const std::size_t e = text.find('e');
-    const char* first = digits + e + (text[e + 1] == '+' ? 2 : 1);
-    std::from_chars(first, scientific.ptr, exponent);
-    if (exponent < -5 || exponent > 15)
-        return std::string(text);
-    char plain[64];
-    const auto end
-        = std::to_chars(plain, plain + sizeof plain, value, std::chars_format::fixed).ptr;
-    return { plain, end };
-}
-
-void AppendFixed(std::string& out, double value, int decimals)
-{
-    if (!std::isfinite(value))
-        return;
-    char digits[400]; // 309 digits, a sign, a point and 60 decimals
-    const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed,
-        std::clamp(decimals, 0, 60))
-                         .ptr;
-    out.append(digits, end);
-}
-
-double RoundedByText(double value, int decimals)
-{
-    static constexpr double Powers[] = { 1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10 };
-    if (!std::isfinite(value))
-        return 0.0; // its text is empty, and an empty text reads as 0
-    if (decimals >= 0 && decimals <= 10) {
-        // n / 10^d with n below 2^53 is what reading the text of n with d decimals gives, since
-        // both are the one correctly rounded quotient. The scaled value is off by an ulp at most,
-        // so unless it lies next to a half, n is certain.
-        const double power = Powers[decimals];
-        const double scaled = std::abs(value) * power;
-        if (scaled < 4503599627370496.0) { // 2^52
-            const double whole = std::floor(scaled);
-            const double rest = scaled - whole;
-            const double doubt = scaled * 4.5e-16 + 1e-300;
-            if (std::abs(rest - 0.5) > doubt)
-                return std::copysign((rest > 0.5 ? whole + 1 : whole) / power, value);
-        }
-    }
-    char digits[400];
-    const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed,
-        std::clamp(decimals, 0, 60))
-                         .ptr;
-    double rounded = 0;
-    std::from_chars(digits, end, rounded);
-    return rounded;
-}
-
 bool ParseDouble(std::string_view text, double& value)
 {
-    const std::string_view number = withoutBlanks(text);
-    if (number.empty() || numberLength(number) != number.size())
+    text = trimmed(text);
+    if (text.empty() || numberLength(text) != text.size())
         return false;
-    value = numberValue(number);
+    double read = 0.0;
+    if (!readNumber(text, read))
+        return false;
+    value = read;
     return true;
-}
-
-int CompareIgnoreAsciiCase(std::string_view left, std::string_view right)
-{
-    const std::size_t common = std::min(left.size(), right.size());
-    for (std::size_t i = 0; i < common; ++i) {
-        const auto a = static_cast<unsigned char>(lower(left[i]));
-        const auto b = static_cast<unsigned char>(lower(right[i]));
-        if (a != b)
-            return a < b ? -1 : 1;
-    }
-    return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;
-}
-
-std::string FoldAsciiCase(std::string_view text)
-{
-    std::string folded(text);
-    std::transform(folded.begin(), folded.end(), folded.begin(), lower);
-    return folded;
 }
 
 } // namespace orv

@@ -1,113 +1,152 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+
 #include "host/base/PolyValue.h"
 
 #include "host/base/Dates.h"
 #include "host/base/Numbers.h"
 
-#include <cmath>
 #include <limits>
-#include <utility>
 
 namespace orv {
 
+namespace {
+
+std::int32_t truncatedToInt32(double value)
+{
+    constexpr double Least = std::numeric_limits<std::int32_t>::min();
+    constexpr double Most = std::numeric_limits<std::int32_t>::max();
+    if (!(value == value))
+        return 0;
+    if (value <= Least)
+        return std::numeric_limits<std::int32_t>::min();
+    if (value >= Most)
+        return std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(value);
+}
+
+bool isNumberTag(int tag)
+{
+    return tag == PolyInt32 || tag == PolyDouble;
+}
+
+} // namespace
+
 CPolyValue::CPolyValue() noexcept = default;
+CPolyValue::~CPolyValue() = default;
+
 CPolyValue::CPolyValue(bool value)
     : m_type(PolyBool)
 {
     m_number.asBool = value;
 }
+
 CPolyValue::CPolyValue(double value)
     : m_type(PolyDouble)
 {
     m_number.asDouble = value;
 }
+
 CPolyValue::CPolyValue(int value)
     : m_type(PolyInt32)
 {
     m_number.asInt32 = value;
 }
+
 CPolyValue::CPolyValue(const String& value)
     : m_type(PolyString)
     , m_text(value)
 {
 }
+
 CPolyValue::CPolyValue(const char* value)
     : m_type(PolyString)
     , m_text(value)
 {
 }
+
 CPolyValue::CPolyValue(const CPolyValue& other) = default;
+
 CPolyValue::CPolyValue(CPolyValue&& other) noexcept
-    : m_type(std::exchange(other.m_type, static_cast<std::int32_t>(PolyEmpty)))
+    : m_type(other.m_type)
     , m_number(other.m_number)
     , m_text(std::move(other.m_text))
     , m_elements(std::move(other.m_elements))
 {
+    other.SetToEmpty();
 }
-CPolyValue::~CPolyValue() = default;
+
+CPolyValue& CPolyValue::operator=(bool value)
+{
+    SetToEmpty();
+    m_type = PolyBool;
+    m_number.asBool = value;
+    return *this;
+}
+
+CPolyValue& CPolyValue::operator=(double value)
+{
+    SetToEmpty();
+    m_type = PolyDouble;
+    m_number.asDouble = value;
+    return *this;
+}
+
+CPolyValue& CPolyValue::operator=(int value)
+{
+    SetToEmpty();
+    m_type = PolyInt32;
+    m_number.asInt32 = value;
+    return *this;
+}
+
+CPolyValue& CPolyValue::operator=(const String& value)
+{
+    // The text first: it may be an element of this very value's array.
+    m_text = value;
+    m_elements.clear();
+    m_number.asDate = 0;
+    m_type = PolyString;
+    return *this;
+}
+
+CPolyValue& CPolyValue::operator=(const char* value)
+{
+    return *this = String(value);
+}
 
 CPolyValue& CPolyValue::operator=(const CPolyValue& other)
 {
     if (this == &other)
         return *this;
-    m_type = other.m_type;
-    m_number = other.m_number;
-    if (m_type == PolyString)
+    // Whole vectors and texts are touched only where there are some: cells are mostly numbers.
+    if (other.m_type == PolyString || m_text.Length() > 0)
         m_text = other.m_text;
-    if (m_type == PolyArray)
+    if (other.m_type == PolyArray || !m_elements.empty())
         m_elements = other.m_elements;
+    m_number = other.m_number;
+    m_type = other.m_type;
     return *this;
 }
+
 CPolyValue& CPolyValue::operator=(CPolyValue&& other) noexcept
 {
     if (this == &other)
         return *this;
-    m_type = std::exchange(other.m_type, static_cast<std::int32_t>(PolyEmpty));
+    m_text = std::move(other.m_text);
+    m_elements = std::move(other.m_elements);
     m_number = other.m_number;
-    if (m_type == PolyString)
-        m_text = std::move(other.m_text);
-    if (m_type == PolyArray)
-        m_elements = std::move(other.m_elements);
-    return *this;
-}
-CPolyValue& CPolyValue::operator=(bool value)
-{
-    m_type = PolyBool;
-    m_number.asBool = value;
-    return *this;
-}
-CPolyValue& CPolyValue::operator=(double value)
-{
-    m_type = PolyDouble;
-    m_number.asDouble = value;
-    return *this;
-}
-CPolyValue& CPolyValue::operator=(int value)
-{
-    m_type = PolyInt32;
-    m_number.asInt32 = value;
-    return *this;
-}
-CPolyValue& CPolyValue::operator=(const String& value)
-{
-    m_text = value;
-    m_type = PolyString;
-    return *this;
-}
-CPolyValue& CPolyValue::operator=(const char* value)
-{
-    m_text = value;
-    m_type = PolyString;
+    m_type = other.m_type;
+    other.SetToEmpty();
     return *this;
 }
 
 bool CPolyValue::operator!=(const CPolyValue& other) const
 {
-    const auto isNumber = [](int type) { return type == PolyInt32 || type == PolyDouble; };
-    if (m_type != other.m_type)
-        return !(isNumber(m_type) && isNumber(other.m_type))
-            || GetDoubleValue() != other.GetDoubleValue();
+    if (m_type != other.m_type) {
+        const bool areNumbers = isNumberTag(m_type) && isNumberTag(other.m_type);
+        return !areNumbers || GetDoubleValue() != other.GetDoubleValue();
+    }
     switch (m_type) {
     case PolyBool:
         return m_number.asBool != other.m_number.asBool;
@@ -115,10 +154,10 @@ bool CPolyValue::operator!=(const CPolyValue& other) const
         return m_number.asInt32 != other.m_number.asInt32;
     case PolyDouble:
         return m_number.asDouble != other.m_number.asDouble;
-    case PolyDate:
-        return m_number.asDate != other.m_number.asDate;
     case PolyString:
         return m_text != other.m_text;
+    case PolyDate:
+        return m_number.asDate != other.m_number.asDate;
     case PolyArray:
         return m_elements != other.m_elements;
     default:
@@ -129,6 +168,10 @@ bool CPolyValue::operator!=(const CPolyValue& other) const
 void CPolyValue::SetToEmpty()
 {
     m_type = PolyEmpty;
+    m_number.asDate = 0;
+    if (m_text.Length() > 0)
+        m_text = "";
+    m_elements.clear();
 }
 
 bool CPolyValue::GetBoolValue() const
@@ -140,18 +183,14 @@ int CPolyValue::GetInt32Value() const
 {
     if (m_type == PolyInt32)
         return m_number.asInt32;
-    if (m_type != PolyDouble || std::isnan(m_number.asDouble))
-        return 0;
-    if (m_number.asDouble >= std::numeric_limits<int>::max())
-        return std::numeric_limits<int>::max();
-    if (m_number.asDouble <= std::numeric_limits<int>::min())
-        return std::numeric_limits<int>::min();
-    return static_cast<int>(m_number.asDouble);
+    return m_type == PolyDouble ? truncatedToInt32(m_number.asDouble) : 0;
 }
 
 double CPolyValue::GetDoubleValue() const
 {
-    return m_type == PolyDouble ? m_number.asDouble : m_type == PolyInt32 ? m_number.asInt32 : 0.0;
+    if (m_type == PolyDouble)
+        return m_number.asDouble;
+    return m_type == PolyInt32 ? m_number.asInt32 : 0.0;
 }
 
 std::int64_t CPolyValue::GetDateValue() const
@@ -161,6 +200,7 @@ std::int64_t CPolyValue::GetDateValue() const
 
 void CPolyValue::SetDateValue(std::int64_t seconds)
 {
+    SetToEmpty();
     m_type = PolyDate;
     m_number.asDate = seconds;
 }
@@ -169,22 +209,23 @@ String CPolyValue::GetStringValue() const
 {
     switch (m_type) {
     case PolyBool:
-        return m_number.asBool ? "S\xC3\xAC" : "No";
+        return m_number.asBool ? "Sì" : "No";
     case PolyInt32:
         return String::ValueOf(m_number.asInt32);
     case PolyDouble:
-        return String(std::string_view(ShortestText(m_number.asDouble)));
+        return String(ShortestText(m_number.asDouble));
     case PolyString:
         return m_text;
     case PolyDate:
-        return String(std::string_view(DateText(m_number.asDate)));
+        return String(DateText(m_number.asDate));
     default:
         return {};
     }
 }
 
-void CPolyValue::CreateArray(unsigned count, unsigned)
+void CPolyValue::CreateArray(unsigned count, unsigned /*type*/)
 {
+    SetToEmpty();
     m_elements.assign(count, String());
     m_type = PolyArray;
 }
