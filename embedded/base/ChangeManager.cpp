@@ -128,6 +128,21 @@ IChange* CChangeTransactionManager::LastChange() const
     return m_impl->open.changes.back().get();
 }
 
+std::size_t CChangeTransactionManager::OpenChangeCount() const
+{
+    return m_impl->depth > 0 ? m_impl->open.changes.size() : 0;
+}
+
+void CChangeTransactionManager::TakeBackTo(std::size_t count)
+{
+    if (m_impl->depth == 0)
+        return;
+    m_impl->replaying = true;
+    for (auto& changes = m_impl->open.changes; changes.size() > count; changes.pop_back())
+        changes.back()->Undo();
+    m_impl->replaying = false;
+}
+
 bool CChangeTransactionManager::CanUndo() const
 {
     return m_impl->depth == 0 && !m_impl->isReplaying && !m_impl->done.empty();

@@ -4,6 +4,7 @@
 
 #include "host/base/String.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -42,6 +43,10 @@ public:
     /// The last change of the open step, for changes that grow (a run of cells); null outside a
     /// step.
     [[nodiscard]] IChange* LastChange() const;
+    /// Changes that the open step holds, and taking back those after so many: for work that fails
+    /// inside a step that others opened.
+    [[nodiscard]] std::size_t OpenChangeCount() const;
+    void TakeBackTo(std::size_t count);
 
     [[nodiscard]] bool CanUndo() const;
     [[nodiscard]] bool CanRedo() const;
