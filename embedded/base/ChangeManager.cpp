@@ -137,10 +137,10 @@ void CChangeTransactionManager::TakeBackTo(std::size_t count)
 {
     if (m_impl->depth == 0)
         return;
-    m_impl->replaying = true;
+    m_impl->isReplaying = true;
     for (auto& changes = m_impl->open.changes; changes.size() > count; changes.pop_back())
         changes.back()->Undo();
-    m_impl->replaying = false;
+    m_impl->isReplaying = false;
 }
 
 bool CChangeTransactionManager::CanUndo() const
