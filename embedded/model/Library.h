@@ -12,9 +12,11 @@
 #include "host/gis/Columns.h"
 #include "host/gis/LibGis.h"
 
+#include <array>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,20 @@ namespace embedded {
 struct Layer {
     std::int64_t id = 0; // from 1
     orv::String name;
+};
+
+/// A field of a table's new structure: a field that the table has, or a new one, with what it is to
+/// be from now on.
+struct FieldChange {
+    gis::CField* field = nullptr; // null: a new field
+    orv::String name;
+    gis::FieldFormat format = gis::FieldFormat::Text;
+    gis::FieldType type = gis::FieldType::FromUser;
+    bool requested = false;
+    std::array<orv::CPolyValue, gis::ConstraintCount> constraints;
+    /// The cells, `rowCount()` of the format's kind; absent: those that the field has, or none for
+    /// a new field. Must be there when the kind of column changes.
+    std::optional<Column> column;
 };
 
 /// The implementation behind `gis::CLibGis`. Its operations never call the facade's virtual ones,
@@ -77,6 +93,11 @@ public:
     void initializeWithDefaults(gis::CDBTable* table, orv::CResultRow* row);
     void recalcPredefined(gis::CTheme* theme, gis::CEnt* ent);
 
+    /// Gives a table these fields in this order, as one recorded change. Fields that stay keep
+    /// their handles, those left out come back with theirs by undo. Labels and maps that use a
+    /// field that is left out are the caller's to change first.
+    void replaceFields(gis::CDBTable* table, std::vector<FieldChange> fields);
+
     /// Records rows `firstRow` and later of a table, or entities `firstEntity` and later of a
     /// theme, as added now.
     void recordRowsAdded(gis::CDBTable* table, int firstRow);
@@ -119,6 +140,8 @@ public:
     /// The report of the last import, export or structure change; kept until the next one.
     [[nodiscard]] const Report& lastReport() const;
     Report& beginReport();
+    /// The last report, for work that adds to what another began.
+    Report& report();
     void setProgress(IProgress* progress); // null: none
     [[nodiscard]] IProgress* progress() const;
 
