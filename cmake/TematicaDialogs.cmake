@@ -17,8 +17,9 @@ function(tematica_forms target)
             COMMAND ${CMAKE_COMMAND} -E make_directory "${PROJECT_BINARY_DIR}/forms"
             COMMAND Qt6::uic -o "${header}" "${PROJECT_SOURCE_DIR}/res/forms/${form}.ui"
             DEPENDS "${PROJECT_SOURCE_DIR}/res/forms/${form}.ui" Qt6::uic VERBATIM)
-        set_source_files_properties("${header}" PROPERTIES SKIP_AUTOMOC ON)
-        target_sources(${target} PRIVATE "${header}")
+        # A target of its own: subjects call this from their folders, where the module's target was not made.
+        add_custom_target(${target}_${form} DEPENDS "${header}")
+        add_dependencies(${target} ${target}_${form})
     endforeach()
 endfunction()
 

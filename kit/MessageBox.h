@@ -22,7 +22,7 @@ enum class Answer { Ok, Yes, No, Cancel };
 /// "%s". Shape: the defaults are the house's refusal (caption "Attenzione!", exclamation mark, OK).
 struct Message {
     int text = 0;
-    std::optional<orv::String> argument;
+    std::optional<orv::String> argument = std::nullopt;
     BoxButtons buttons = BoxButtons::Ok;
     int caption = texts::Attention;
     BoxIcon icon = BoxIcon::Exclamation;

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tables/grid/CtrlDlgShowTable.h"
+#include "tables/grid/GridModel.h"
+
+#include <QPersistentModelIndex>
+#include <QWidget>
+
+class QLabel;
+
+namespace tables {
+class CFindBar;
+class CGridView;
+} // namespace tables
+
+/// The attribute grid as other windows host it: the rows of a table, one column per field, editors
+/// by format, sorting, finding (Ctrl+F), copying (Ctrl+C), and a line with counts and hints.
+/// Nothing is written before `Save`. The library, table and engine are the host's and must outlive
+/// it.
+class CCtrlShowTable final : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The engine may be null; then the drawing is not centred on the current row.
+    CCtrlShowTable(CDravoEng* engine, std::int64_t drawing, gis::CLibGis* library,
+        gis::CDBTable* table, QWidget* parent = nullptr);
+    ~CCtrlShowTable() override;
+
+    /// All rows of the table; those of entities selected in the drawing are selected.
+    void Fill();
+    /// These rows, in this order.
+    void Fill(const std::vector<orv::CResultRow*>& rows);
+    void SetEditable(bool isEditable);
+    /// Writes what was edited; false, with a message shown, when an entry is refused or a required
+    /// value is missing.
+    bool Save();
+
+    [[nodiscard]] tables::CGridView& view() const { return *m_view; }
+    [[nodiscard]] tables::CGridModel& model() { return m_model; }
+
+private:
+    void connectView();
+    void afterFill();
+    void selectFillRows(const std::vector<int>& fillRows);
+    void beforeSort();
+    void afterSort();
+    void onEntryRefused(const QModelIndex& index);
+    void showRefusal();
+    void copy();
+    void findNext(bool isForward);
+    void closeFind();
+    void renderStatus();
+
+    tables::CCtrlDlgShowTable m_grid;
+    tables::CGridModel m_model;
+    tables::CGridView* m_view;
+    tables::CFindBar* m_findBar;
+    QLabel* m_counts;
+    QLabel* m_hint;
+    QPersistentModelIndex m_refused; // its message is still to be shown
+    std::vector<int> m_selectedFillRows; // while the rows change places
+    QString m_notFound;
+};

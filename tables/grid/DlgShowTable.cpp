@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tables/grid/DlgShowTable.h"
+
+#include "tables/grid/CtrlShowTable.h"
+
+#include "kit/Form.h"
+
+#include "ui_CDlgShowTable.h"
+
+namespace {
+
+constexpr int LeastHeightPixels = 125;
+constexpr int BesideButtonsPixels = 10;
+
+} // namespace
+
+CDlgShowTable::CDlgShowTable(gis::CLibGis* library, gis::CDBTable* table, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::CDlgShowTable>())
+    , m_grid(new CCtrlShowTable(nullptr, 0, library, table))
+{
+    m_ui->setupUi(this);
+    kit::placeOver(m_ui->id2066, m_grid);
+    kit::prepareDialog(*this, "CDlgShowTable", { 304, 238 });
+    layout()->setSizeConstraint(
+        QLayout::SetNoConstraint); // the least size is the dialog's own rule
+    setTabOrder(m_grid, m_ui->id1);
+    setTabOrder(m_ui->id1, m_ui->id2);
+    connect(m_ui->id1, &QPushButton::clicked, this, &CDlgShowTable::accept);
+    connect(m_ui->id2, &QPushButton::clicked, this, &CDlgShowTable::reject);
+    m_grid->Fill();
+}
+
+CDlgShowTable::~CDlgShowTable() = default;
+
+void CDlgShowTable::accept()
+{
+    if (m_grid->Save())
+        QDialog::accept();
+}
+
+void CDlgShowTable::showEvent(QShowEvent* event)
+{
+    layout()->activate();
+    const int span = m_ui->id2->geometry().right() + 1 - m_ui->id1->geometry().left();
+    setMinimumSize(span + BesideButtonsPixels, LeastHeightPixels);
+    QDialog::showEvent(event);
+}

@@ -1,0 +1,141 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tables/grid/GridContents.h"
+
+#include <utility>
+
+namespace tables {
+
+namespace {
+
+/// The kind of column that holds a format's values.
+gis::ColumnKind kindOf(gis::FieldFormat format)
+{
+    switch (format) {
+    case gis::FieldFormat::Boolean:
+        return gis::ColumnKind::Boolean;
+    case gis::FieldFormat::Integer:
+        return gis::ColumnKind::Integer;
+    case gis::FieldFormat::Decimal:
+        return gis::ColumnKind::Decimal;
+    case gis::FieldFormat::Date:
+        return gis::ColumnKind::Date;
+    default:
+        return gis::ColumnKind::Dictionary;
+    }
+}
+
+gis::IColumns* columnsOf(gis::CLibGis* library)
+{
+    return library ? static_cast<gis::IColumns*>(library->Extension(gis::ColumnsExtension))
+                   : nullptr;
+}
+
+} // namespace
+
+CGridContents::CGridContents(gis::CLibGis* library, gis::CDBTable* table)
+    : m_library(library)
+    , m_table(table)
+    , m_columns(columnsOf(library))
+    , m_fields(gridFields(library, table))
+    , m_edits(m_fields.size())
+{
+}
+
+void CGridContents::fill()
+{
+    m_rows.clear();
+    m_isWholeTable = true;
+    m_rowCount = m_library && m_table ? m_library->GetNumRows(m_table) : 0;
+    m_tableRows.reset();
+    m_edits.assign(m_fields.size(), {});
+}
+
+void CGridContents::fill(std::vector<orv::CResultRow*> rows)
+{
+    m_rows = std::move(rows);
+    m_isWholeTable = false;
+    m_rowCount = static_cast<int>(m_rows.size());
+    m_tableRows.reset();
+    m_edits.assign(m_fields.size(), {});
+}
+
+orv::CResultRow* CGridContents::row(int row) const
+{
+    if (row < 0 || row >= m_rowCount)
+        return nullptr;
+    return m_isWholeTable ? m_library->GetRow(m_table, row) : m_rows[static_cast<std::size_t>(row)];
+}
+
+orv::CPolyValue CGridContents::storedValue(int row, int field) const
+{
+    orv::CPolyValue value;
+    if (m_library)
+        m_library->GetRowValue(this->row(row), field, value);
+    return value;
+}
+
+orv::String CGridContents::storedText(int row, int field) const
+{
+    return cellText(storedValue(row, field), this->field(field).decimalDigits);
+}
+
+orv::String CGridContents::text(int row, int field) const
+{
+    const auto& edited = edits(field);
+    if (!edited.empty())
+        if (const auto found = edited.find(row); found != edited.end())
+            return orv::String(found->second);
+    return storedText(row, field);
+}
+
+CGridContents::Entry CGridContents::enter(int row, int field, const orv::String& text)
+{
+    if (text == this->text(row, field))
+        return Entry::Unchanged;
+    orv::String accepted = text;
+    if (!acceptCellText(*m_library, this->field(field), accepted))
+        return Entry::Refused;
+    auto& edited = m_edits[static_cast<std::size_t>(field)];
+    if (accepted == storedText(row, field))
+        edited.erase(row);
+    else
+        edited[row] = accepted.Bytes();
+    return Entry::Taken;
+}
+
+bool CGridContents::hasEditedDecimals() const
+{
+    for (int i = 0; i < fieldCount(); ++i)
+        if (field(i).format == gis::FieldFormat::Decimal && !edits(i).empty())
+            return true;
+    return false;
+}
+
+std::optional<gis::ColumnView> CGridContents::column(int field) const
+{
+    gis::ColumnView view;
+    if (!m_columns || !m_columns->GetColumn(m_table, field, view)
+        || view.kind != kindOf(this->field(field).format)
+        || (m_isWholeTable && view.rowCount != m_rowCount))
+        return std::nullopt;
+    return view;
+}
+
+const std::vector<int>* CGridContents::tableRows()
+{
+    if (!m_tableRows) {
+        m_tableRows.emplace();
+        m_tableRows->reserve(m_rows.size());
+        const int count = m_library && m_table ? m_library->GetNumRows(m_table) : 0;
+        std::size_t next = 0;
+        for (int i = 0; i < count && next < m_rows.size(); ++i)
+            if (m_library->GetRow(m_table, i) == m_rows[next]) {
+                m_tableRows->push_back(i);
+                ++next;
+            }
+    }
+    return m_tableRows->size() == m_rows.size() ? &*m_tableRows : nullptr;
+}
+
+} // namespace tables

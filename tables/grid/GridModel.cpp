@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tables/grid/GridModel.h"
+
+#include "tables/grid/GridOrder.h"
+
+#include "kit/LongWork.h"
+#include "kit/Progress.h"
+#include "kit/texts/QtText.h"
+
+#include <algorithm>
+
+namespace tables {
+
+CGridModel::CGridModel(CGridContents& contents, QObject* parent)
+    : QAbstractTableModel(parent)
+    , m_contents(contents)
+    , m_rowCount(contents.rowCount())
+{
+}
+
+void CGridModel::refill()
+{
+    beginResetModel();
+    m_order.clear();
+    m_order.shrink_to_fit();
+    m_sortedField = -1;
+    m_rowCount = m_contents.rowCount();
+    endResetModel();
+}
+
+void CGridModel::setEditable(bool isEditable)
+{
+    m_isEditable = isEditable;
+}
+
+bool CGridModel::isEditable(int field) const
+{
+    return m_isEditable && !m_contents.field(field).isPredefined;
+}
+
+int CGridModel::fillRow(int viewRow) const
+{
+    return m_order.empty() || viewRow < 0 ? viewRow : m_order[static_cast<std::size_t>(viewRow)];
+}
+
+int CGridModel::viewRow(int fillRow) const
+{
+    if (m_order.empty())
+        return fillRow;
+    const auto found = std::find(m_order.begin(), m_order.end(), fillRow);
+    return found == m_order.end() ? -1 : static_cast<int>(found - m_order.begin());
+}
+
+int CGridModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : m_rowCount;
+}
+
+int CGridModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : m_contents.fieldCount();
+}
+
+QVariant CGridModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const int row = fillRow(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return kit::toQt(m_contents.text(row, index.column()));
+    case Qt::TextAlignmentRole: {
+        const auto format = m_contents.field(index.column()).format;
+        const bool isNumber
+            = format == gis::FieldFormat::Integer || format == gis::FieldFormat::Decimal;
+        return QVariant(int(Qt::AlignVCenter | (isNumber ? Qt::AlignRight : Qt::AlignLeft)));
+    }
+    case Qt::UserRole:
+        if (index.column() == 0)
+            return QVariant::fromValue(static_cast<void*>(m_contents.row(row)));
+        return {};
+    default:
+        return {};
+    }
+}
+
+bool CGridModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    if (role != Qt::EditRole || !checkIndex(index, CheckIndexOption::IndexIsValid)
+        || !isEditable(index.column()))
+        return false;
+    const QString text = value.toString();
+    // Compared as shown: bytes that are no valid text would not survive the way through the editor.
+    if (text == data(index, Qt::EditRole).toString())
+        return true;
+    switch (m_contents.enter(fillRow(index.row()), index.column(), kit::fromQt(text))) {
+    case CGridContents::Entry::Refused:
+        Q_EMIT entryRefused(index);
+        return false;
+    case CGridContents::Entry::Taken:
+        Q_EMIT dataChanged(index, index, { Qt::DisplayRole, Qt::EditRole });
+        Q_EMIT entryTaken(index);
+        return true;
+    case CGridContents::Entry::Unchanged:
+        break;
+    }
+    return true;
+}
+
+QVariant CGridModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation == Qt::Horizontal && section >= 0 && section < m_contents.fieldCount()) {
+        if (role == Qt::DisplayRole)
+            return kit::toQt(m_contents.field(section).name);
+    } else if (orientation == Qt::Vertical) {
+        if (role == Qt::DisplayRole)
+            return section + 1;
+        if (role == Qt::TextAlignmentRole)
+            return QVariant(int(Qt::AlignCenter));
+    }
+    return {};
+}
+
+Qt::ItemFlags CGridModel::flags(const QModelIndex& index) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return Qt::NoItemFlags;
+    const Qt::ItemFlags shown = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    return isEditable(index.column()) ? shown | Qt::ItemIsEditable : shown;
+}
+
+bool CGridModel::order(int field, Qt::SortOrder order, std::vector<int>& rows)
+{
+    if (field < 0)
+        return true;
+    const auto direction
+        = order == Qt::AscendingOrder ? SortDirection::Ascending : SortDirection::Descending;
+    const QString label = QStringLiteral("Ordinamento in corso…");
+    if (readsColumn(m_contents, field))
+        return kit::runLongWork(nullptr, label, [&](kit::WorkToken& token) {
+            orderRows(
+                m_contents, field, direction,
+                [&](double fraction) {
+                    token.report(fraction);
+                    return !token.isCancelled();
+                },
+                rows);
+        });
+    kit::Progress progress(nullptr, label);
+    return orderRows(
+        m_contents, field, direction, [&](double done) { return progress.advance(done); }, rows);
+}
+
+void CGridModel::sort(int column, Qt::SortOrder order)
+{
+    std::vector<int> rows;
+    const bool isField = column >= 0 && column < m_contents.fieldCount();
+    Q_EMIT aboutToSort(); // what is being typed belongs to the order
+    if (!this->order(isField ? column : -1, order, rows)) {
+        Q_EMIT sorted(); // stopped: everything as it was, the header's mark included
+        return;
+    }
+    Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    std::vector<int> fillRows;
+    for (const auto& index : before)
+        fillRows.push_back(fillRow(index.row()));
+    m_order = std::move(rows);
+    m_sortedField = isField ? column : -1;
+    m_sortOrder = order;
+    QModelIndexList after;
+    for (qsizetype i = 0; i < before.size(); ++i)
+        after.append(index(viewRow(fillRows[static_cast<std::size_t>(i)]), before[i].column()));
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+    Q_EMIT sorted();
+}
+
+} // namespace tables

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tables/grid/GridContents.h"
+
+#include <QAbstractTableModel>
+
+namespace tables {
+
+/// The grid's contents as an item model: one row per shown row, one column per field, nothing made
+/// per cell. Sorting changes which fill row is shown where, and nothing else. Shape: texts in
+/// `DisplayRole` and `EditRole`; the row's handle in `UserRole` of column 0.
+class CGridModel final : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    explicit CGridModel(CGridContents& contents, QObject* parent = nullptr);
+
+    /// Shows the contents as they were filled now, in fill order.
+    void refill();
+    void setEditable(bool isEditable);
+    [[nodiscard]] bool isEditable() const { return m_isEditable; }
+    /// True for a cell that the user may edit.
+    [[nodiscard]] bool isEditable(int field) const;
+    [[nodiscard]] CGridContents& contents() const { return m_contents; }
+
+    /// The fill row shown at a view row, and the other way round (which looks through the order).
+    [[nodiscard]] int fillRow(int viewRow) const;
+    [[nodiscard]] int viewRow(int fillRow) const;
+    [[nodiscard]] int sortedField() const { return m_sortedField; } // -1: fill order
+    [[nodiscard]] Qt::SortOrder sortOrder() const { return m_sortOrder; }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    [[nodiscard]] QVariant headerData(
+        int section, Qt::Orientation orientation, int role) const override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+    /// By a field, or -1 for fill order. Long sorting shows progress and can be stopped.
+    void sort(int column, Qt::SortOrder order) override;
+
+Q_SIGNALS:
+    /// A text that the user entered breaks the field's bounds; the cell is as it was.
+    void entryRefused(const QModelIndex& index);
+    void entryTaken(const QModelIndex& index);
+    void aboutToSort();
+    /// Also when sorting was stopped and the order is as it was.
+    void sorted();
+
+private:
+    bool order(int field, Qt::SortOrder order, std::vector<int>& rows);
+
+    CGridContents& m_contents;
+    std::vector<int> m_order; // fill row by view row; empty for fill order
+    int m_rowCount = 0;
+    int m_sortedField = -1;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    bool m_isEditable = true;
+};
+
+} // namespace tables
