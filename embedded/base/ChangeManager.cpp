@@ -137,10 +137,14 @@ void CChangeTransactionManager::TakeBackTo(std::size_t count)
 {
     if (m_impl->depth == 0)
         return;
-    m_impl->isReplaying = true;
-    for (auto& changes = m_impl->open.changes; changes.size() > count; changes.pop_back())
-        changes.back()->Undo();
-    m_impl->isReplaying = false;
+    auto& changes = m_impl->open.changes;
+    if (changes.size() <= count)
+        return;
+    m_impl->replay(m_impl->open, [count](Step& step) {
+        for (; step.changes.size() > count; step.changes.pop_back())
+            step.changes.back()->Undo();
+    });
+    m_impl->open.state = ++m_impl->lastState;
 }
 
 bool CChangeTransactionManager::CanUndo() const

@@ -3,7 +3,6 @@
 
 #include "host/base/Dates.h"
 
-#include "embedded/base/TimeZone.h"
 #include "host/base/Numbers.h"
 
 #include <array>
@@ -260,15 +259,11 @@ bool ParseDateText(std::string_view text, std::int64_t& midnight)
     return true;
 }
 
-} // namespace orv
-
-namespace embedded {
-
-void forgetTimeZone()
+void ForgetTimeZone()
 {
     tzset();
     zoneOffsets.clear();
     midnights.clear();
 }
 
-} // namespace embedded
+} // namespace orv

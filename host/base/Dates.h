@@ -42,6 +42,7 @@ TEMATICA_HOST_API std::string DateText(std::int64_t moment);
 TEMATICA_HOST_API bool ParseDateText(std::string_view text, std::int64_t& midnight);
 
 /// For a process that changed its time zone (TZ): the days' beginnings are asked for anew.
+/// Thread: no other may use days meanwhile.
 TEMATICA_HOST_API void ForgetTimeZone();
 
 } // namespace orv
