@@ -1,0 +1,185 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "cli/Arguments.h"
+
+#include "cli/Output.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <iostream>
+#include <map>
+
+namespace cli {
+
+namespace {
+
+const std::map<std::string, Format> RowFormats { { "table", Format::Table }, { "csv", Format::Csv },
+    { "json", Format::Json }, { "geojson", Format::GeoJson } };
+const std::map<std::string, Format> ValueFormats { { "table", Format::Table },
+    { "csv", Format::Csv }, { "json", Format::Json } };
+const std::map<std::string, OnConflict> Conflicts { { "fail", OnConflict::Fail },
+    { "rename", OnConflict::Rename }, { "merge", OnConflict::Merge } };
+const std::map<std::string, embedded::ExportCoordinates> Coordinates {
+    { "theme", embedded::ExportCoordinates::AsTheme },
+    { "2d", embedded::ExportCoordinates::XY },
+    { "3d", embedded::ExportCoordinates::XYZ },
+};
+
+/// Takes the filter out of the words of a query, since it may begin with "-" as options do
+/// (-5 < Corsie); a stand-in keeps its place. Empty when there is none.
+std::optional<std::string> takeFilter(std::vector<std::string>& words)
+{
+    static const char* const withValue[] = { "--theme", "--fields", "--limit", "--format" };
+    static const char* const known[] = { "--count", "--help", "-h" };
+    int plainWords = 0;
+    bool isOptionsEnd = false;
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        const std::string& word = words[i];
+        const auto is = [&](const char* option) { return word == option; };
+        if (!isOptionsEnd && is("--")) {
+            isOptionsEnd = true;
+        } else if (!isOptionsEnd && std::any_of(std::begin(withValue), std::end(withValue), is)) {
+            ++i;
+        } else if (!isOptionsEnd
+            && (word.rfind("--", 0) == 0 || std::any_of(std::begin(known), std::end(known), is))) {
+            continue;
+        } else if (!isOptionsEnd && plainWords == 0 && word.size() > 1 && word[0] == '-') {
+            continue; // no file's name: an option that does not exist
+        } else if (++plainWords == 2) {
+            return std::exchange(words[i], "FILTER");
+        }
+    }
+    return std::nullopt;
+}
+
+void describeInfo(CLI::App& app, InfoArguments& arguments)
+{
+    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")->required();
+    app.add_flag("--json", arguments.isJson, "as JSON");
+}
+
+void describeQuery(CLI::App& app, QueryArguments& arguments)
+{
+    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")->required();
+    app.add_option("FILTER", arguments.filter, "condition, e.g. \"Tipo = 'Strada' AND Corsie > 1\"")
+        ->required();
+    app.add_option("--theme", arguments.theme, "theme to ask; not needed where there is one");
+    app.add_flag("--count", arguments.isCountOnly, "only the number of entities found");
+    app.add_option("--fields", arguments.fields, "only these fields, e.g. Nome,Tipo");
+    app.add_option("--limit", arguments.limit, "only the first so many")
+        ->check(CLI::NonNegativeNumber);
+    app.add_option("--format", arguments.format, "table, csv, json or geojson")
+        ->transform(CLI::Transformer(RowFormats))
+        ->default_str("table");
+}
+
+void describeValues(CLI::App& app, ValuesArguments& arguments)
+{
+    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")->required();
+    app.add_option("FIELD", arguments.field, "field whose distinct values are listed")->required();
+    app.add_option("--theme", arguments.theme, "theme to ask; not needed where there is one");
+    app.add_option("--format", arguments.format, "table, csv or json")
+        ->transform(CLI::Transformer(ValueFormats))
+        ->default_str("table");
+}
+
+void describeImport(CLI::App& app, ImportArguments& arguments)
+{
+    app.add_option("FILE", arguments.file, "shapefile (.shp)")->required();
+    app.add_option("--into", arguments.into, "library (.gpkg); made when it is not there")
+        ->required();
+    app.add_option(
+        "--encoding", arguments.encoding, "encoding of the texts, whatever the files say");
+    app.add_option("--point-name", arguments.pointName, "make points, named by this field");
+    app.add_option(
+        "--point-description", arguments.pointDescription, "make points, described by this field");
+    app.add_option("--on-conflict", arguments.onConflict,
+           "what to do when the library has such a table: fail, rename or merge")
+        ->transform(CLI::Transformer(Conflicts))
+        ->default_str("fail");
+    app.add_flag("--strict", arguments.isStrict, "refuse files that give a warning");
+}
+
+void describeExport(CLI::App& app, ExportArguments& arguments)
+{
+    app.add_option("FILE", arguments.file, "library (.gpkg)")->required();
+    app.add_option("--to", arguments.folder, "folder for the shapefiles")->required();
+    app.add_option("--theme", arguments.themes, "theme to export, any number of times; else all")
+        ->expected(1)
+        ->take_all();
+    app.add_option("--coords", arguments.options.coordinates, "theme, 2d or 3d")
+        ->transform(CLI::Transformer(Coordinates))
+        ->default_str("theme");
+    app.add_option("--max-chars", arguments.options.maxTextBytes, "widest text column, in bytes")
+        ->check(CLI::Range(1, 254))
+        ->capture_default_str();
+    app.add_flag("--overwrite", arguments.isOverwriting, "replace shapefiles that are there");
+    app.add_option("--report", arguments.report, "JSON file for all that could not be kept");
+}
+
+/// What CLI11 says of a wrong call, as one line.
+Arguments wrongUsage(const CLI::ParseError& error)
+{
+    std::string text = error.what();
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    tell(text + " (see: tematica --help)");
+    return Ended { WrongUsage };
+}
+
+} // namespace
+
+Arguments parseArguments(std::vector<std::string> words)
+{
+    CLI::App app("Questions to the attribute data of maps, from the command line.", "tematica");
+    app.set_version_flag("--version", "tematica " TEMATICA_VERSION);
+    app.require_subcommand(1);
+    app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+    app.footer("Exit codes: 0 done, 1 could not be done, 2 wrong call, 3 filter refused.");
+
+    InfoArguments info;
+    QueryArguments query;
+    ValuesArguments values;
+    ImportArguments import;
+    ExportArguments exports;
+    auto* infoApp = app.add_subcommand("info", "Tables and themes of a file");
+    auto* queryApp = app.add_subcommand("query", "Entities for which a condition is true");
+    auto* valuesApp = app.add_subcommand("values", "Distinct values of a field, with counts");
+    auto* importApp = app.add_subcommand("import", "Shapefile into a library");
+    auto* exportApp = app.add_subcommand("export", "Themes of a library as shapefiles");
+    auto* renderApp = app.add_subcommand("render", "")->group("")->allow_extras();
+    describeInfo(*infoApp, info);
+    describeQuery(*queryApp, query);
+    describeValues(*valuesApp, values);
+    describeImport(*importApp, import);
+    describeExport(*exportApp, exports);
+
+    std::optional<std::string> filter;
+    if (!words.empty() && words.front() == "query")
+        filter = takeFilter(words);
+    try {
+        std::reverse(words.begin(), words.end()); // as CLI11 wants them
+        app.parse(words);
+    } catch (const CLI::Success& success) {
+        app.exit(success, std::cout, std::cerr);
+        return Ended { Done };
+    } catch (const CLI::ParseError& error) {
+        return wrongUsage(error);
+    }
+    if (filter)
+        query.filter = *filter;
+    if (*infoApp)
+        return info;
+    if (*queryApp)
+        return query;
+    if (*valuesApp)
+        return values;
+    if (*importApp)
+        return import;
+    if (*exportApp)
+        return exports;
+    (void)renderApp;
+    return RenderArguments {};
+}
+
+} // namespace cli

@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "cli/Commands.h"
+#include "cli/Output.h"
+#include "cli/Progress.h"
+#include "cli/RenamingMerger.h"
+#include "cli/Source.h"
+
+#include "embedded/store/GeoPackage.h"
+
+#include "exchange/merge/RuleMergeDecider.h"
+#include "host/gis/Exchange.h"
+#include "host/base/Numbers.h"
+#include "tematica/GisMerger.h"
+
+#include <filesystem>
+
+namespace cli {
+
+namespace {
+
+using embedded::Error;
+using embedded::ErrorCode;
+using embedded::Result;
+
+Result<std::unique_ptr<gis::CLibGis>> openForWriting(const std::string& path)
+{
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored))
+        return std::make_unique<gis::CLibGis>();
+    embedded::Report report;
+    auto library = embedded::openLibrary(path, embedded::OpenMode::Write, nullptr, report);
+    if (library)
+        tellWarnings(report, path);
+    return library;
+}
+
+/// Position of a name among a .dbf's fields: exact first, then ASCII case ignored.
+Result<int> fieldOf(const std::vector<orv::String>& names, const std::string& wanted)
+{
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (names[i].Bytes() == wanted)
+            return static_cast<int>(i);
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (orv::CompareIgnoreAsciiCase(names[i].View(), wanted) == 0)
+            return static_cast<int>(i);
+    return Error { ErrorCode::UnknownField, wanted, "" };
+}
+
+/// The options for points; field names become positions in the .dbf.
+Result<TOpzImportShape> pointOptions(gis::CLibGis& library, const ImportArguments& arguments)
+{
+    TOpzImportShape options;
+    if (!arguments.pointName && !arguments.pointDescription)
+        return options;
+    options.createPoints = true;
+    std::vector<orv::String> names;
+    const std::string dbf = std::filesystem::path(arguments.file).replace_extension(".dbf");
+    if (!FGetFieldFromFileDbf(&library, orv::String(dbf), names))
+        return Error { ErrorCode::NoDbf, arguments.file, "" };
+    const std::pair<const std::optional<std::string>&, std::int32_t&> wanted[]
+        = { { arguments.pointName, options.nameField },
+              { arguments.pointDescription, options.codeField } };
+    for (const auto& [name, position] : wanted) {
+        if (!name)
+            continue;
+        const auto found = fieldOf(names, *name);
+        if (!found)
+            return found.error();
+        position = found.value();
+    }
+    return options;
+}
+
+/// Who settles clashes; null refuses them.
+std::unique_ptr<gis::IGisMerger> mergerFor(gis::CLibGis& library, OnConflict rule)
+{
+    if (rule == OnConflict::Rename)
+        return std::make_unique<RenamingMerger>(library);
+    if (rule == OnConflict::Fail)
+        return nullptr;
+    auto merger = std::make_unique<gis::CGisMerger>(&library);
+    exchange::setMergeDecider(
+        *merger, std::make_shared<exchange::CRuleMergeDecider>(exchange::ConflictRule::Merge));
+    return merger;
+}
+
+Result<void> save(gis::CLibGis& library, const std::string& path)
+{
+    std::error_code ignored;
+    return std::filesystem::exists(path, ignored) ? embedded::saveLibrary(library)
+                                                  : embedded::saveLibraryAs(library, path);
+}
+
+int write(gis::CLibGis& library, const embedded::ShapefileImportResult& imported)
+{
+    Output output;
+    output.write("table " + library.GetTableName(imported.table).Bytes() + "\n");
+    output.write("theme " + library.GetThemeName(imported.theme).Bytes() + "\n");
+    return output.finish();
+}
+
+} // namespace
+
+int runImport(const ImportArguments& arguments)
+{
+    TerminalProgress progress("import");
+    auto library = openForWriting(arguments.into);
+    if (!library)
+        return fail(library.error());
+    gis::CLibGis& lib = *library.value();
+    const auto points = pointOptions(lib, arguments);
+    if (!points)
+        return fail(points.error());
+
+    embedded::Library::of(&lib)->setProgress(&progress);
+    embedded::Report report;
+    const auto merger = mergerFor(lib, arguments.onConflict);
+    const auto imported = embedded::importShapefile(lib, arguments.file,
+        { arguments.encoding, points.value(), arguments.isStrict }, merger.get(), nullptr, report);
+    tellWarnings(report, arguments.file);
+    if (!imported)
+        return fail(imported.error());
+    const auto saved = save(lib, arguments.into);
+    embedded::Library::of(&lib)->setProgress(nullptr);
+    if (!saved)
+        return fail(saved.error());
+    return write(lib, imported.value());
+}
+
+} // namespace cli

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The English sentences of the command line: one for each thing that the embedded host can report.
+// Only here are codes made into text.
+
+#include "embedded/base/Report.h"
+#include "embedded/base/Result.h"
+
+#include <string>
+#include <string_view>
+
+namespace cli {
+
+/// The sentence, without "tematica: " and line end; empty for a code without text.
+[[nodiscard]] std::string sentence(const embedded::Error& error);
+[[nodiscard]] std::string sentence(const embedded::Finding& finding);
+
+/// A finding's code as a word for report files ("text-cut"); empty for an unknown code.
+[[nodiscard]] std::string_view word(embedded::FindingCode code);
+
+} // namespace cli

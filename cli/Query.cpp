@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "cli/Commands.h"
+#include "cli/RowWriters.h"
+#include "cli/Source.h"
+
+#include "embedded/model/EntityStore.h"
+
+#include "tematica/QueryExecute.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace cli {
+
+namespace {
+
+using embedded::Result;
+
+/// Field positions for "A,B". A name may hold commas itself: the longest run of pieces that is a
+/// field's name is taken.
+Result<std::vector<int>> fieldPositions(
+    gis::CLibGis& library, gis::CDBTable* table, const std::string& names)
+{
+    std::vector<int> positions;
+    for (std::size_t start = 0; start <= names.size();) {
+        std::size_t end = names.size();
+        auto field = findField(library, table, names.substr(start));
+        while (!field && end > start && end != std::string::npos) {
+            end = end == 0 ? std::string::npos : names.rfind(',', end - 1);
+            if (end == std::string::npos || end < start)
+                break;
+            field = findField(library, table, names.substr(start, end - start));
+        }
+        if (!field)
+            return embedded::Error { embedded::ErrorCode::UnknownField,
+                names.substr(start, names.find(',', start) - start),
+                "table " + library.GetTableName(table).Bytes() };
+        positions.push_back(field.value());
+        start = end + 1;
+    }
+    return positions;
+}
+
+std::vector<int> allPositions(gis::CLibGis& library, gis::CDBTable* table)
+{
+    std::vector<int> positions(static_cast<std::size_t>(library.GetNumFields(table)));
+    for (std::size_t i = 0; i < positions.size(); ++i)
+        positions[i] = static_cast<int>(i);
+    return positions;
+}
+
+/// The entity's number, then the fields.
+std::vector<OutputColumn> columnsOf(
+    gis::CLibGis& library, gis::CDBTable* table, const std::vector<int>& positions)
+{
+    std::vector<OutputColumn> columns { { "#", gis::FieldFormat::Integer, 0 } };
+    for (const int position : positions)
+        columns.push_back(columnOf(library, library.GetField(table, position)));
+    return columns;
+}
+
+int writeRows(gis::CLibGis& library, gis::CTheme* theme, const std::vector<gis::CEnt*>& found,
+    const std::vector<int>& positions, const QueryArguments& arguments)
+{
+    Output output;
+    auto columns = columnsOf(library, library.GetTable(theme), positions);
+    std::vector<orv::CPolyValue> cells(columns.size());
+    const auto writer = arguments.format == Format::GeoJson
+        ? makeGeoJsonWriter(*theme, std::move(columns), output)
+        : makeRowWriter(arguments.format, std::move(columns), output);
+    const std::size_t count = arguments.limit
+        ? std::min(found.size(), static_cast<std::size_t>(*arguments.limit))
+        : found.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        cells[0] = embedded::EntityStore::indexOf(found[i]) + 1;
+        orv::CResultRow* row = library.GetRow(found[i]);
+        for (std::size_t k = 0; k < positions.size(); ++k) {
+            cells[k + 1].SetToEmpty();
+            library.GetRowValue(row, positions[k], cells[k + 1]);
+        }
+        if (!writer->row(cells, found[i]))
+            return Failed;
+    }
+    writer->end();
+    return output.finish();
+}
+
+} // namespace
+
+int runQuery(const QueryArguments& arguments)
+{
+    auto library = openForReading(arguments.file);
+    if (!library)
+        return fail(library.error());
+    gis::CLibGis& lib = *library.value();
+    const auto theme = chooseTheme(lib, arguments.file, arguments.theme);
+    if (!theme)
+        return fail(theme.error());
+    gis::CDBTable* table = lib.GetTable(theme.value());
+    auto positions = arguments.fields ? fieldPositions(lib, table, *arguments.fields)
+                                      : Result<std::vector<int>>(allPositions(lib, table));
+    if (!positions)
+        return fail(positions.error());
+
+    CQueryExecute query(&lib, theme.value());
+    if (!query.SetQueryFilter(orv::String(arguments.filter))) {
+        tell("the filter is refused");
+        return FilterRefused;
+    }
+    std::vector<gis::CEnt*> found;
+    query.Execute(found);
+    if (!arguments.isCountOnly)
+        return writeRows(lib, theme.value(), found, positions.value(), arguments);
+    Output output;
+    output.write(fmt::format("{}\n", found.size()));
+    return output.finish();
+}
+
+} // namespace cli

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "embedded/base/Report.h"
+#include "embedded/base/Result.h"
+#include "embedded/model/Theme.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <memory>
+#include <string>
+
+namespace cli {
+
+/// What an export could not keep, as a JSON file for other programs:
+/// {"themes":[{"theme","file","written","error","findings":[{"code","warning","text","subject",
+/// "detail","count","record"}]}]}
+class ReportFile final {
+public:
+    ReportFile();
+    ReportFile(const ReportFile&) = delete;
+    ReportFile& operator=(const ReportFile&) = delete;
+    ~ReportFile();
+
+    /// `failure`: why the theme was not written; empty when it was.
+    void add(const gis::CTheme& theme, const std::string& file, const embedded::Report& report,
+        const std::string& failure);
+    /// Written beside the path and put in its place at once.
+    [[nodiscard]] embedded::Result<void> write(const std::string& path) const;
+
+private:
+    std::unique_ptr<nlohmann::ordered_json> m_themes;
+};
+
+} // namespace cli
