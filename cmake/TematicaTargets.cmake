@@ -21,7 +21,7 @@ endfunction()
 function(tematica_test name)
     cmake_parse_arguments(ARG "QT" "TIMEOUT" "SOURCES;LINKS;LABELS;ENVIRONMENT" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE tematica_options tematica_warnings ${ARG_LINKS} GTest::gtest GTest::gmock GTest::gtest_main)
+    target_link_libraries(${name} PRIVATE tematica_options tematica_warnings ${ARG_LINKS} GTest::gmock tematica_test_main)
     target_compile_definitions(${name} PRIVATE
         TEMATICA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
         TEMATICA_DEFAULT_TEST_DATA="${PROJECT_SOURCE_DIR}/../shared/data")
@@ -32,8 +32,8 @@ function(tematica_test name)
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 300)
     endif()
-    # One ctest entry a program: discovery of single cases would start every program hundreds of times.
+    # Locale and time zone are the caller's: the suite is run under several. One ctest entry a program: discovery of single cases would start every program hundreds of times.
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=$ENV{TZ};${ARG_ENVIRONMENT}")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${ARG_ENVIRONMENT}")
 endfunction()
