@@ -17,42 +17,42 @@ namespace embedded {
 
 namespace {
 
-    bool isTextType(char type)
-    {
-        return std::string_view("NFLDTIBYO@+MGP").find(type) == std::string_view::npos;
-    }
+bool isTextType(char type)
+{
+    return std::string_view("NFLDTIBYO@+MGP").find(type) == std::string_view::npos;
+}
 
-    /// Runs `work(i)` for each i below `count` on all cores; waits on the calling thread.
-    template <typename Work, typename Wait>
-    void runOnAllCores(std::size_t count, const Work& work, const Wait& wait)
-    {
-        std::atomic<std::size_t> next { 0 };
-        std::atomic<std::size_t> running { 0 };
-        std::mutex failureLock;
-        std::exception_ptr failure;
-        const auto loop = [&] {
-            try {
-                for (std::size_t i = next++; i < count; i = next++)
-                    work(i);
-            } catch (...) {
-                const std::lock_guard<std::mutex> locked(failureLock);
-                failure = std::current_exception();
-            }
-            --running;
-        };
-        const std::size_t cores = std::max(1u, std::thread::hardware_concurrency());
-        std::vector<std::thread> threads;
-        const std::size_t wanted = std::min(count, cores);
-        running = wanted;
-        for (std::size_t i = 0; i < wanted; ++i)
-            threads.emplace_back(loop);
-        while (running > 0)
-            wait();
-        for (std::thread& thread : threads)
-            thread.join();
-        if (failure)
-            std::rethrow_exception(failure);
-    }
+/// Runs `work(i)` for each i below `count` on all cores; waits on the calling thread.
+template <typename Work, typename Wait>
+void runOnAllCores(std::size_t count, const Work& work, const Wait& wait)
+{
+    std::atomic<std::size_t> next { 0 };
+    std::atomic<std::size_t> running { 0 };
+    std::mutex failureLock;
+    std::exception_ptr failure;
+    const auto loop = [&] {
+        try {
+            for (std::size_t i = next++; i < count; i = next++)
+                work(i);
+        } catch (...) {
+            const std::lock_guard<std::mutex> locked(failureLock);
+            failure = std::current_exception();
+        }
+        --running;
+    };
+    const std::size_t cores = std::max(1u, std::thread::hardware_concurrency());
+    std::vector<std::thread> threads;
+    const std::size_t wanted = std::min(count, cores);
+    running = wanted;
+    for (std::size_t i = 0; i < wanted; ++i)
+        threads.emplace_back(loop);
+    while (running > 0)
+        wait();
+    for (std::thread& thread : threads)
+        thread.join();
+    if (failure)
+        std::rethrow_exception(failure);
+}
 
 } // namespace
 
@@ -66,13 +66,15 @@ std::vector<DbfColumn> readDbfColumns(
     std::vector<DbfColumn> columns(count);
     std::atomic<bool> stop { false };
     std::atomic<std::int64_t> cellsDone { 0 };
-    const auto cells = static_cast<double>(std::max<std::size_t>(1, reading.records.size() * count));
+    const auto cells
+        = static_cast<double>(std::max<std::size_t>(1, reading.records.size() * count));
 
     runOnAllCores(
         count,
         [&](std::size_t i) {
             TextDecoder decoder(reading.decoder);
-            columns[i] = readDbfColumn(reading, decoder, static_cast<int>(i), names[i], stop, cellsDone);
+            columns[i]
+                = readDbfColumn(reading, decoder, static_cast<int>(i), names[i], stop, cellsDone);
         },
         [&] {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));

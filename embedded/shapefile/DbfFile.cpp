@@ -10,32 +10,32 @@ namespace embedded {
 
 namespace {
 
-    constexpr std::size_t HeaderBytes = 32;
-    constexpr std::size_t DescriptorBytes = 32;
-    // dBASE 7: a longer header and descriptors with names of up to 32 bytes.
-    constexpr std::size_t HeaderBytes7 = 68;
-    constexpr std::size_t DescriptorBytes7 = 48;
-    constexpr unsigned char FieldsEnd = 0x0D;
+constexpr std::size_t HeaderBytes = 32;
+constexpr std::size_t DescriptorBytes = 32;
+// dBASE 7: a longer header and descriptors with names of up to 32 bytes.
+constexpr std::size_t HeaderBytes7 = 68;
+constexpr std::size_t DescriptorBytes7 = 48;
+constexpr unsigned char FieldsEnd = 0x0D;
 
-    std::size_t little16(const unsigned char* bytes)
-    {
-        return static_cast<std::size_t>(bytes[0] | bytes[1] << 8);
-    }
+std::size_t little16(const unsigned char* bytes)
+{
+    return static_cast<std::size_t>(bytes[0] | bytes[1] << 8);
+}
 
-    DbfDialect dialectOf(std::uint8_t version)
-    {
-        switch (version) {
-        case 0x30:
-        case 0x31:
-        case 0x32:
-            return DbfDialect::FoxPro;
-        case 0x04:
-        case 0x8C:
-            return DbfDialect::DBase7;
-        default:
-            return DbfDialect::DBase3;
-        }
+DbfDialect dialectOf(std::uint8_t version)
+{
+    switch (version) {
+    case 0x30:
+    case 0x31:
+    case 0x32:
+        return DbfDialect::FoxPro;
+    case 0x04:
+    case 0x8C:
+        return DbfDialect::DBase7;
+    default:
+        return DbfDialect::DBase3;
     }
+}
 
 } // namespace
 
@@ -113,11 +113,14 @@ std::string DbfFile::placeFields()
         std::size_t sum = 1; // the deleted mark
         for (const DbfField& field : m_fields)
             sum += static_cast<std::size_t>(field.widthBytes)
-                + (longTexts && field.type == 'C' ? std::size_t { 256 } * static_cast<std::size_t>(field.decimals) : 0);
+                + (longTexts && field.type == 'C'
+                        ? std::size_t { 256 } * static_cast<std::size_t>(field.decimals)
+                        : 0);
         return sum;
     };
     // Clipper and FoxPro keep the high byte of a text's width where numbers keep their decimals.
-    const bool longTexts = sumOfWidths(false) != m_recordBytes && sumOfWidths(true) == m_recordBytes;
+    const bool longTexts
+        = sumOfWidths(false) != m_recordBytes && sumOfWidths(true) == m_recordBytes;
     if (sumOfWidths(longTexts) > m_recordBytes)
         return "record length " + std::to_string(m_recordBytes) + ", its fields take "
             + std::to_string(sumOfWidths(longTexts));

@@ -17,6 +17,7 @@ class DbfMemo final {
 public:
     /// `version`: the .dbf's first byte. A memo file that is missing or unreadable gives an object
     /// that is not open.
+    DbfMemo() = default;
     DbfMemo(const std::string& dbfPath, std::uint8_t version);
 
     [[nodiscard]] bool isOpen() const { return m_file.size() > 0; }

@@ -13,38 +13,38 @@ namespace embedded {
 
 namespace {
 
-    /// Closes a file descriptor at the end of a scope.
-    class Descriptor final {
-    public:
-        explicit Descriptor(int number)
-            : m_number(number)
-        {
-        }
-        Descriptor(const Descriptor&) = delete;
-        Descriptor& operator=(const Descriptor&) = delete;
-        ~Descriptor()
-        {
-            if (m_number >= 0)
-                ::close(m_number);
-        }
-        [[nodiscard]] int number() const { return m_number; }
-
-    private:
-        int m_number;
-    };
-
-    ErrorCode codeOf(int systemError)
+/// Closes a file descriptor at the end of a scope.
+class Descriptor final {
+public:
+    explicit Descriptor(int number)
+        : m_number(number)
     {
-        switch (systemError) {
-        case EACCES:
-        case EPERM:
-            return ErrorCode::NoPermission;
-        case EISDIR:
-            return ErrorCode::NotAFile;
-        default:
-            return ErrorCode::FileNotFound;
-        }
     }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor()
+    {
+        if (m_number >= 0)
+            ::close(m_number);
+    }
+    [[nodiscard]] int number() const { return m_number; }
+
+private:
+    int m_number;
+};
+
+ErrorCode codeOf(int systemError)
+{
+    switch (systemError) {
+    case EACCES:
+    case EPERM:
+        return ErrorCode::NoPermission;
+    case EISDIR:
+        return ErrorCode::NotAFile;
+    default:
+        return ErrorCode::FileNotFound;
+    }
+}
 
 } // namespace
 
@@ -73,7 +73,7 @@ Result<FileMapping> FileMapping::open(const std::string& path)
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (file.number() < 0)
         return Error { codeOf(errno), path, {} };
-    struct stat about {};
+    struct stat about { };
     if (::fstat(file.number(), &about) != 0)
         return Error { codeOf(errno), path, {} };
     if (!S_ISREG(about.st_mode))

@@ -37,8 +37,7 @@ ShapeFault ShapeView::read(const ShpFile& file, const ShpRecord& record, ShapeVi
     return fault;
 }
 
-void ShapeView::placePoint(
-    const unsigned char* content, std::int32_t type, std::uint32_t sizeBytes)
+void ShapeView::placePoint(const unsigned char* content, std::int32_t type, std::uint32_t sizeBytes)
 {
     m_partCount = 1;
     m_vertexCount = 1;

@@ -31,7 +31,10 @@ public:
     /// First vertex of a part and the one after its last.
     [[nodiscard]] int partStart(int part) const;
     [[nodiscard]] int partEnd(int part) const { return partStart(part + 1); }
-    [[nodiscard]] double x(int vertex) const { return shp::littleDouble(m_points + 16 * at(vertex)); }
+    [[nodiscard]] double x(int vertex) const
+    {
+        return shp::littleDouble(m_points + 16 * at(vertex));
+    }
     [[nodiscard]] double y(int vertex) const
     {
         return shp::littleDouble(m_points + 16 * at(vertex) + 8);

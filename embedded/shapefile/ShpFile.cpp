@@ -10,20 +10,20 @@ namespace embedded {
 
 namespace {
 
-    /// Lengths and offsets are 31-bit counts of 16-bit words: nothing lies beyond 4 GiB.
-    constexpr std::size_t LongestFile = std::size_t { 1 } << 32;
-    /// A record takes at least its header and a shape type.
-    constexpr std::size_t SmallestRecord = shp::RecordHeaderBytes + 4;
+/// Lengths and offsets are 31-bit counts of 16-bit words: nothing lies beyond 4 GiB.
+constexpr std::size_t LongestFile = std::size_t { 1 } << 32;
+/// A record takes at least its header and a shape type.
+constexpr std::size_t SmallestRecord = shp::RecordHeaderBytes + 4;
 
-    std::int32_t numberAfter(std::int32_t number)
-    {
-        return number == std::numeric_limits<std::int32_t>::max() ? 0 : number + 1;
-    }
+std::int32_t numberAfter(std::int32_t number)
+{
+    return number == std::numeric_limits<std::int32_t>::max() ? 0 : number + 1;
+}
 
-    std::string numberText(std::uint64_t number)
-    {
-        return std::to_string(number);
-    }
+std::string numberText(std::uint64_t number)
+{
+    return std::to_string(number);
+}
 
 } // namespace
 
@@ -95,7 +95,8 @@ bool ShpFile::goesOnAt(std::size_t offset, std::int32_t number) const
 {
     if (offset == m_size)
         return true;
-    return offset + shp::RecordHeaderBytes <= m_size && shp::big32(m_file.data() + offset) == number;
+    return offset + shp::RecordHeaderBytes <= m_size
+        && shp::big32(m_file.data() + offset) == number;
 }
 
 bool ShpFile::isRecordAt(std::size_t offset, std::int32_t lowest, std::int32_t highest) const
@@ -134,8 +135,8 @@ std::size_t ShpFile::searchRecord(std::size_t from, std::int32_t previousNumber)
     // No more records can have been lost than there is room for in between.
     for (std::size_t offset = from; offset + SmallestRecord <= m_size; offset += 2) {
         const auto lost = static_cast<std::int64_t>((offset - from) / SmallestRecord) + 1;
-        const std::int64_t highest
-            = std::min<std::int64_t>(previousNumber + lost + 1, std::numeric_limits<std::int32_t>::max());
+        const std::int64_t highest = std::min<std::int64_t>(
+            previousNumber + lost + 1, std::numeric_limits<std::int32_t>::max());
         if (isRecordAt(offset, previousNumber + 1, static_cast<std::int32_t>(highest)))
             return offset;
     }
@@ -243,7 +244,8 @@ void ShpFile::readIndex(const std::string& shxPath)
         m_indexEntries[i] = { 2 * static_cast<std::int64_t>(shp::big32(entry)),
             2 * static_cast<std::int64_t>(shp::big32(entry + 4)) };
     }
-    m_index.entryCount = static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));
+    m_index.entryCount
+        = static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));
 }
 
 void ShpFile::compareIndex()

@@ -67,7 +67,8 @@ private:
     [[nodiscard]] Header headerAt(std::size_t offset) const;
     [[nodiscard]] bool fits(std::size_t offset, std::int64_t sizeBytes) const;
     [[nodiscard]] bool goesOnAt(std::size_t offset, std::int32_t number) const;
-    [[nodiscard]] bool isRecordAt(std::size_t offset, std::int32_t lowest, std::int32_t highest) const;
+    [[nodiscard]] bool isRecordAt(
+        std::size_t offset, std::int32_t lowest, std::int32_t highest) const;
     [[nodiscard]] std::int64_t ownSizeLeadingOn(std::size_t offset) const;
     [[nodiscard]] std::size_t searchRecord(std::size_t from, std::int32_t previousNumber) const;
     bool readDamaged(std::size_t& offset, std::int32_t& previousNumber);

@@ -42,7 +42,8 @@ enum ShapeType : std::int32_t {
 constexpr std::int32_t familyOf(std::int32_t type)
 {
     const std::int32_t family = type % 10;
-    const bool isKnown = type > 0 && type < 30 && (family == 1 || family == 3 || family == 5 || family == 8);
+    const bool isKnown
+        = type > 0 && type < 30 && (family == 1 || family == 3 || family == 5 || family == 8);
     return isKnown ? family : 0;
 }
 constexpr bool hasZ(std::int32_t type)

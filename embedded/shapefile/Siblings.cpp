@@ -13,37 +13,37 @@ namespace embedded {
 
 namespace {
 
-    namespace files = std::filesystem;
+namespace files = std::filesystem;
 
-    bool isThere(const std::string& path)
-    {
-        std::error_code failed;
-        return files::exists(files::path(path), failed);
-    }
+bool isThere(const std::string& path)
+{
+    std::error_code failed;
+    return files::exists(files::path(path), failed);
+}
 
-    std::string_view extensionOf(std::string_view path)
-    {
-        return path.substr(withoutExtension(path).size());
-    }
+std::string_view extensionOf(std::string_view path)
+{
+    return path.substr(withoutExtension(path).size());
+}
 
-    /// The extension in the case of the .shp's own: "SHP" asks for "DBF" first.
-    std::string inCaseOf(std::string_view extension, std::string_view model)
-    {
-        std::string result(extension);
-        const bool isUpper
-            = std::any_of(model.begin(), model.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
-        if (isUpper)
-            for (char& c : result)
-                if (c >= 'a' && c <= 'z')
-                    c = static_cast<char>(c - 'a' + 'A');
-        return result;
-    }
+/// The extension in the case of the .shp's own: "SHP" asks for "DBF" first.
+std::string inCaseOf(std::string_view extension, std::string_view model)
+{
+    std::string result(extension);
+    const bool isUpper
+        = std::any_of(model.begin(), model.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+    if (isUpper)
+        for (char& c : result)
+            if (c >= 'a' && c <= 'z')
+                c = static_cast<char>(c - 'a' + 'A');
+    return result;
+}
 
-    std::string sibling(const std::string& shpPath, std::string_view extension)
-    {
-        const std::string stem(withoutExtension(shpPath));
-        return existingPath(stem + inCaseOf(extension, extensionOf(shpPath)));
-    }
+std::string sibling(const std::string& shpPath, std::string_view extension)
+{
+    const std::string stem(withoutExtension(shpPath));
+    return existingPath(stem + inCaseOf(extension, extensionOf(shpPath)));
+}
 
 } // namespace
 

@@ -11,72 +11,72 @@ namespace embedded {
 
 namespace {
 
-    constexpr std::string_view Replacement = "\xEF\xBF\xBD"; // U+FFFD
-    constexpr std::size_t MostKnownTexts = 100'000;
+constexpr std::string_view Replacement = "\xEF\xBF\xBD"; // U+FFFD
+constexpr std::size_t MostKnownTexts = 100'000;
 
-    bool isAscii(std::string_view text)
-    {
-        const char* at = text.data();
-        std::size_t left = text.size();
-        for (; left >= 8; at += 8, left -= 8) {
-            std::uint64_t word = 0;
-            std::memcpy(&word, at, 8);
-            if (word & 0x8080808080808080u)
-                return false;
+bool isAscii(std::string_view text)
+{
+    const char* at = text.data();
+    std::size_t left = text.size();
+    for (; left >= 8; at += 8, left -= 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, 8);
+        if (word & 0x8080808080808080u)
+            return false;
+    }
+    for (; left > 0; ++at, --left)
+        if (static_cast<unsigned char>(*at) > 127)
+            return false;
+    return true;
+}
+
+std::string_view withoutTrailingBlanks(std::string_view text)
+{
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    return text;
+}
+
+bool isWide(const std::string& encoding)
+{
+    return encoding.starts_with("UTF-16") || encoding.starts_with("UTF-32")
+        || encoding.starts_with("UCS");
+}
+
+/// Bytes that a UTF-8 sequence beginning with `lead` takes; 0 for no lead byte.
+std::size_t lengthByLead(unsigned char lead)
+{
+    if (lead < 0x80)
+        return 1;
+    if (lead >= 0xC2 && lead <= 0xDF)
+        return 2;
+    if (lead >= 0xE0 && lead <= 0xEF)
+        return 3;
+    return lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
+}
+
+/// Bytes at the beginning of `text` that belong to one sequence, whole or not.
+std::size_t validPrefix(std::string_view text)
+{
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const std::size_t wanted = lengthByLead(byte(0));
+    if (wanted < 2)
+        return wanted;
+    std::size_t length = 1;
+    while (length < wanted && length < text.size()) {
+        unsigned char lowest = 0x80;
+        unsigned char highest = 0xBF;
+        if (length == 1) {
+            // No overlong forms, no surrogates, nothing beyond U+10FFFF.
+            lowest = byte(0) == 0xE0 ? 0xA0 : (byte(0) == 0xF0 ? 0x90 : 0x80);
+            highest = byte(0) == 0xED ? 0x9F : (byte(0) == 0xF4 ? 0x8F : 0xBF);
         }
-        for (; left > 0; ++at, --left)
-            if (static_cast<unsigned char>(*at) > 127)
-                return false;
-        return true;
+        if (byte(length) < lowest || byte(length) > highest)
+            break;
+        ++length;
     }
-
-    std::string_view withoutTrailingBlanks(std::string_view text)
-    {
-        while (!text.empty() && text.back() == ' ')
-            text.remove_suffix(1);
-        return text;
-    }
-
-    bool isWide(const std::string& encoding)
-    {
-        return encoding.starts_with("UTF-16") || encoding.starts_with("UTF-32")
-            || encoding.starts_with("UCS");
-    }
-
-    /// Bytes that a UTF-8 sequence beginning with `lead` takes; 0 for no lead byte.
-    std::size_t lengthByLead(unsigned char lead)
-    {
-        if (lead < 0x80)
-            return 1;
-        if (lead >= 0xC2 && lead <= 0xDF)
-            return 2;
-        if (lead >= 0xE0 && lead <= 0xEF)
-            return 3;
-        return lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
-    }
-
-    /// Bytes at the beginning of `text` that belong to one sequence, whole or not.
-    std::size_t validPrefix(std::string_view text)
-    {
-        const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-        const std::size_t wanted = lengthByLead(byte(0));
-        if (wanted < 2)
-            return wanted;
-        std::size_t length = 1;
-        while (length < wanted && length < text.size()) {
-            unsigned char lowest = 0x80;
-            unsigned char highest = 0xBF;
-            if (length == 1) {
-                // No overlong forms, no surrogates, nothing beyond U+10FFFF.
-                lowest = byte(0) == 0xE0 ? 0xA0 : (byte(0) == 0xF0 ? 0x90 : 0x80);
-                highest = byte(0) == 0xED ? 0x9F : (byte(0) == 0xF4 ? 0x8F : 0xBF);
-            }
-            if (byte(length) < lowest || byte(length) > highest)
-                break;
-            ++length;
-        }
-        return length;
-    }
+    return length;
+}
 
 } // namespace
 
@@ -176,7 +176,8 @@ void TextDecoder::buildTable()
             return;
         const auto length = static_cast<std::size_t>(to - out);
         auto& entry = m_table[static_cast<std::size_t>(code)];
-        entry[0] = result == static_cast<std::size_t>(-1) || length > 3 ? '\0' : static_cast<char>(length);
+        entry[0] = result == static_cast<std::size_t>(-1) || length > 3 ? '\0'
+                                                                        : static_cast<char>(length);
         std::memcpy(entry.data() + 1, out, static_cast<std::size_t>(entry[0]));
     }
     m_kind = Kind::SingleByte;
@@ -192,7 +193,8 @@ std::string_view TextDecoder::cell(std::string_view bytes, bool& isValid)
     bytes = withoutTrailingBlanks(bytes);
     if (const auto end = bytes.find('\0'); end != std::string_view::npos) {
         // Padding with NULs is common; text after one is what a longer value left behind.
-        isValid = bytes.find_first_not_of(std::string_view("\0 ", 2), end) == std::string_view::npos;
+        isValid
+            = bytes.find_first_not_of(std::string_view("\0 ", 2), end) == std::string_view::npos;
         bytes = withoutTrailingBlanks(bytes.substr(0, end));
     }
     if (isAscii(bytes))
