@@ -47,8 +47,12 @@ public:
     void setInteger(int row, std::int32_t value);
     void setDecimal(int row, double value);
     void setText(int row, std::string_view text);
+    /// The cell's bits as they are stored (a code, a number, a double's bits), for the record of
+    /// changes; meaningless without a value.
+    [[nodiscard]] std::uint64_t rawAt(int row) const;
+    void setRaw(int row, std::uint64_t raw);
     /// A value of the column's kind, or empty; other kinds are converted as cells of a changed
-    /// format are. Empty texts become empty.
+    /// format are.
     void setValue(int row, const orv::CPolyValue& value);
     void truncate(int rows);
     /// Appends all rows of a column of the same kind.

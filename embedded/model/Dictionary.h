@@ -37,8 +37,7 @@ public:
 
 private:
     struct Data;
-    std::shared_ptr<Data> m_data;
-    Data& writable();
+    std::unique_ptr<Data> m_data;
 };
 
 } // namespace embedded

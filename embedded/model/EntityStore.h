@@ -68,19 +68,29 @@ public:
     /// filled by the caller.
     double* addPart(int vertexCount);
     void truncate(int entityCount);
+    /// Brings back what the last `truncate` forgot (nothing was added since).
+    void restore(int entityCount, int totalPartCount);
+    /// Gives vertices room for measures; false (nothing done) once there are entities.
+    bool addMeasures();
     /// Replaces all parts while keeping the entity handles: used when geometry is read after the
     /// entities.
     void beginGeometry();
     double* addPartTo(int entityIndex, int vertexCount); // entities in ascending order
 
     [[nodiscard]] int entityCount() const;
+    [[nodiscard]] int totalPartCount() const;
     [[nodiscard]] gis::CEnt* entity(int index) const;
+    /// Entities whose handles lie at equal distances: each full run of this many, from the first.
+    [[nodiscard]] static int entitiesPerBlock();
     [[nodiscard]] static int indexOf(const gis::CEnt* ent);
     [[nodiscard]] static gis::CTheme* themeOf(const gis::CEnt* ent);
     [[nodiscard]] static orv::CResultRow* rowOf(const gis::CEnt* ent);
     [[nodiscard]] int partCount(int entityIndex) const;
     [[nodiscard]] PartView part(int entityIndex, int partIndex) const;
     [[nodiscard]] gis::CEntPart* partHandle(int entityIndex, int partIndex) const;
+    /// Coordinates of a part's vertex, which are also the vertex's handle; null out of range.
+    [[nodiscard]] static const double* vertexOf(const gis::CEntPart* part, int index);
+    [[nodiscard]] static LinkedPoint* linkedPointAt(const double* vertex);
     [[nodiscard]] std::int64_t vertexCount() const;
     [[nodiscard]] Box boxOf(int entityIndex) const;
     [[nodiscard]] Box box() const;

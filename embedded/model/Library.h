@@ -73,6 +73,8 @@ public:
     bool deleteTheme(gis::CTheme* theme);
     /// Removes a theme with its entities (their rows stay): for an import that is taken back.
     void removeTheme(gis::CTheme* theme);
+    /// Another field list with its cells in one recorded change; kept fields keep their handles.
+    void replaceStructure(gis::CDBTable* table, std::vector<FieldState> structure);
     void renameTable(gis::CDBTable* table, const orv::String& name);
     void renameTheme(gis::CTheme* theme, const orv::String& name);
     [[nodiscard]] gis::CTheme* activeTheme() const;
@@ -106,6 +108,10 @@ public:
     // Linked points
     LinkedPoint* addLinkedPoint();
     void removeLinkedPointsFrom(std::size_t count);
+    /// Brings back points that were removed last (none was added since).
+    void restoreLinkedPointCount(std::size_t count);
+    /// How many of `linkedPoints()`, from the first, are in use.
+    [[nodiscard]] std::size_t linkedPointCount() const;
     [[nodiscard]] const std::deque<LinkedPoint>& linkedPoints() const;
     /// Recorded; predefined values of the entities linked to the point follow.
     void setLinkedPoint(LinkedPoint* point, const LinkedPoint& value);
@@ -160,6 +166,12 @@ public:
 private:
     struct Data;
     std::unique_ptr<Data> m_data;
+    void insertTable(std::shared_ptr<gis::CDBTable> table, std::size_t position);
+    void eraseTable(const gis::CDBTable* table);
+    void insertTheme(std::shared_ptr<gis::CTheme> theme, std::size_t position);
+    void eraseTheme(gis::CTheme* theme);
+    template <typename Member, typename Value>
+    void setThemeMember(gis::CTheme* theme, Member member, const Value& value);
 };
 
 /// Converts a cell to another format by the rule of a format change; empty where the value has no

@@ -13,6 +13,7 @@
 namespace embedded {
 class Library;
 struct TableData;
+struct FieldState;
 } // namespace embedded
 
 namespace gis {
@@ -79,12 +80,18 @@ public:
     /// `rowCount()` rows.
     void setColumn(int fieldIndex, embedded::Column column);
     void truncateRows(int count);
+    /// A column as it was, for taking back and making again; marks nothing but the rows beyond those stored.
+    void restoreColumn(int fieldIndex, const embedded::Column& column);
+    /// A column that was read from the store just now.
+    void takeLoaded(int fieldIndex, embedded::Column column);
 
     /// The column, read from the store now if it was not yet; empty cells where reading failed.
     [[nodiscard]] const embedded::Column& column(int fieldIndex);
     [[nodiscard]] bool isColumnLoaded(int fieldIndex) const;
     /// For writers: marks the whole column as changed against the store.
     embedded::Column& columnForWriting(int fieldIndex);
+    /// For writers of single cells, who call `markCellChanged` for each.
+    embedded::Column& columnForCells(int fieldIndex);
     /// One cell changed against the store (writers of single cells call this).
     void markCellChanged(int row, int fieldIndex);
 
@@ -100,6 +107,11 @@ public:
     /// to be read on use).
     void markSaved();
     void markStored(int rowCount);
+
+    /// Fields with their cells (shared, not copied), and back. `applyStructure` gives new fields their
+    /// handles; all columns must have `rowCount()` rows. Not recorded: Library::replaceStructure is.
+    [[nodiscard]] std::vector<embedded::FieldState> structure();
+    void applyStructure(std::vector<embedded::FieldState>& structure);
 
     /// Identity given by the store; 0 = never stored.
     std::int64_t storeId = 0;

@@ -1,0 +1,243 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "embedded/model/Library.h"
+
+#include "embedded/model/Column.h"
+#include "host/base/Dates.h"
+#include "host/base/Numbers.h"
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace embedded {
+
+namespace {
+
+using gis::FieldFormat;
+
+constexpr int RowsBetweenProgress = 16384;
+
+bool isText(FieldFormat format)
+{
+    return format == FieldFormat::Text || format == FieldFormat::List;
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    const char* const blanks = " \t\r\n\v\f";
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+orv::CPolyValue integerOf(double number)
+{
+    const double rounded = std::round(number); // halves away from zero, as LongRound
+    if (!(std::abs(rounded) <= 2147483648.0) || rounded == 2147483648.0)
+        return {};
+    return orv::CPolyValue(static_cast<int>(rounded));
+}
+
+orv::CPolyValue booleanOf(std::string_view text)
+{
+    const std::string folded = orv::FoldAsciiCase(trimmed(text));
+    // The capital accented letter too: "SÌ" is what one types with the shift lock on.
+    if (folded == "s\xC3\xAC" || folded == "s\xC3\x8C" || folded == "true" || folded == "1")
+        return orv::CPolyValue(true);
+    if (folded == "no" || folded == "false" || folded == "0")
+        return orv::CPolyValue(false);
+    return {};
+}
+
+orv::CPolyValue fromText(std::string_view text, FieldFormat to)
+{
+    double number = 0;
+    std::int64_t date = 0;
+    orv::CPolyValue value;
+    switch (to) {
+    case FieldFormat::Integer:
+        return orv::ParseDouble(text, number) ? integerOf(number) : value;
+    case FieldFormat::Decimal:
+        return orv::ParseDouble(text, number) && std::isfinite(number) ? orv::CPolyValue(number)
+                                                                       : value;
+    case FieldFormat::Boolean:
+        return booleanOf(text);
+    case FieldFormat::Date:
+        if (orv::ParseDateText(trimmed(text), date))
+            value.SetDateValue(date);
+        return value;
+    default:
+        return orv::CPolyValue(orv::String(text));
+    }
+}
+
+orv::CPolyValue fromNumber(const orv::CPolyValue& value, FieldFormat to)
+{
+    const double number = value.GetDoubleValue();
+    switch (to) {
+    case FieldFormat::Integer:
+        return integerOf(number);
+    case FieldFormat::Decimal:
+        return orv::CPolyValue(number);
+    case FieldFormat::Boolean:
+        return number == 1 ? orv::CPolyValue(true)
+            : number == 0  ? orv::CPolyValue(false)
+                           : orv::CPolyValue();
+    default:
+        return {};
+    }
+}
+
+/// Tells the progress every few thousand rows; false once it was cancelled.
+bool goesOn(IProgress* progress, int row, int rowCount)
+{
+    return !progress || row % RowsBetweenProgress != 0
+        || progress->advance(static_cast<double>(row) / std::max(1, rowCount));
+}
+
+void countCell(bool hasResult, bool sameKind, ConversionCount& count)
+{
+    ++(!hasResult ? count.emptied : sameKind ? count.unchanged : count.converted);
+}
+
+/// Text to anything: once for each distinct text, not for each cell.
+Column fromTexts(const Column& column, FieldFormat to, ConversionCount& count, IProgress* progress)
+{
+    Column result(columnKindOf(to));
+    const std::uint32_t size = column.dictionary().size();
+    Column byCode(columnKindOf(to));
+    for (std::uint32_t code = 0; code < size; ++code) {
+        byCode.appendEmpty();
+        byCode.setValue(static_cast<int>(code), fromText(column.dictionary().text(code), to));
+    }
+    const int rows = column.rowCount();
+    result.appendEmpty(rows);
+    for (int row = 0; row < rows && goesOn(progress, row, rows); ++row) {
+        if (!column.hasValue(row))
+            continue;
+        const int code = static_cast<int>(column.codeAt(row));
+        const bool converts = byCode.hasValue(code);
+        if (converts)
+            result.setRaw(row, byCode.rawAt(code));
+        countCell(converts, false, count);
+    }
+    return result;
+}
+
+} // namespace
+
+orv::CPolyValue convertCell(
+    const orv::CPolyValue& value, FieldFormat from, FieldFormat to, int oldDigits)
+{
+    if (value.IsEmpty())
+        return {};
+    const int type = value.GetType();
+    const bool fits = (type == orv::PolyBool && to == FieldFormat::Boolean)
+        || (type == orv::PolyInt32 && to == FieldFormat::Integer)
+        || (type == orv::PolyDouble && to == FieldFormat::Decimal)
+        || (type == orv::PolyDate && to == FieldFormat::Date)
+        || (type == orv::PolyString && isText(to));
+    if (fits)
+        return value;
+    if (isText(to)) {
+        if (type == orv::PolyDouble && from == FieldFormat::Decimal)
+            return orv::CPolyValue(
+                orv::String::ValueOf(value.GetDoubleValue(), static_cast<unsigned>(oldDigits)));
+        return type == orv::PolyArray ? orv::CPolyValue() : orv::CPolyValue(value.GetStringValue());
+    }
+    if (type == orv::PolyString)
+        return fromText(value.TextView(), to);
+    if (type == orv::PolyInt32 || type == orv::PolyDouble)
+        return fromNumber(value, to);
+    return {};
+}
+
+Column convertColumn(const Column& column, FieldFormat from, FieldFormat to, int oldDigits,
+    ConversionCount& count, IProgress* progress)
+{
+    if (column.kind() == columnKindOf(to)) {
+        count.unchanged += column.rowCount() - column.emptyCount();
+        return column;
+    }
+    if (column.kind() == gis::ColumnKind::Dictionary)
+        return fromTexts(column, to, count, progress);
+    Column result(columnKindOf(to));
+    const int rows = column.rowCount();
+    result.appendEmpty(rows);
+    orv::CPolyValue value;
+    for (int row = 0; row < rows && goesOn(progress, row, rows); ++row) {
+        if (!column.hasValue(row))
+            continue;
+        column.valueAt(row, value);
+        const orv::CPolyValue converted = convertCell(value, from, to, oldDigits);
+        if (!converted.IsEmpty())
+            result.setValue(row, converted);
+        countCell(!converted.IsEmpty(), false, count);
+    }
+    return result;
+}
+
+void Column::valueAt(int row, orv::CPolyValue& value) const
+{
+    if (!hasValue(row)) {
+        value.SetToEmpty();
+        return;
+    }
+    switch (kind()) {
+    case gis::ColumnKind::Boolean:
+        value = booleanAt(row);
+        break;
+    case gis::ColumnKind::Integer:
+        value = integerAt(row);
+        break;
+    case gis::ColumnKind::Decimal:
+        value = decimalAt(row);
+        break;
+    case gis::ColumnKind::Date:
+        value.SetDateValue(orv::LocalMidnightOfDay(integerAt(row)));
+        break;
+    case gis::ColumnKind::Dictionary:
+        value = orv::String(dictionary().text(codeAt(row)));
+        break;
+    }
+}
+
+void Column::setValue(int row, const orv::CPolyValue& value)
+{
+    std::int32_t day = 0;
+    orv::CPolyValue converted;
+    switch (kind()) {
+    case gis::ColumnKind::Boolean:
+        converted = convertCell(value, FieldFormat::Text, FieldFormat::Boolean, 0);
+        if (!converted.IsEmpty())
+            return setBoolean(row, converted.GetBoolValue());
+        break;
+    case gis::ColumnKind::Integer:
+        converted = convertCell(value, FieldFormat::Text, FieldFormat::Integer, 0);
+        if (!converted.IsEmpty())
+            return setInteger(row, converted.GetInt32Value());
+        break;
+    case gis::ColumnKind::Decimal:
+        converted = convertCell(value, FieldFormat::Text, FieldFormat::Decimal, 0);
+        if (!converted.IsEmpty())
+            return setDecimal(row, converted.GetDoubleValue());
+        break;
+    case gis::ColumnKind::Date:
+        converted = convertCell(value, FieldFormat::Text, FieldFormat::Date, 0);
+        if (!converted.IsEmpty() && orv::LocalDayNumber(converted.GetDateValue(), day))
+            return setInteger(row, day);
+        break;
+    case gis::ColumnKind::Dictionary:
+        if (value.GetType() == orv::PolyString)
+            return setText(row, value.TextView());
+        converted = convertCell(value, FieldFormat::Text, FieldFormat::Text, 0);
+        if (!converted.IsEmpty())
+            return setText(row, converted.TextView());
+        break;
+    }
+    setEmpty(row);
+}
+
+} // namespace embedded

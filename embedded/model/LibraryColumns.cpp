@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "embedded/model/LibraryData.h"
+
+#include "embedded/model/TableData.h"
+
+#include <algorithm>
+
+namespace gis {
+
+IColumns::~IColumns() = default;
+
+} // namespace gis
+
+namespace embedded {
+
+namespace {
+
+/// Entities at equal distances whose rows follow one another, as long as both hold.
+std::vector<gis::EntityRun> runsOf(const EntityStore& entities)
+{
+    std::vector<gis::EntityRun> runs;
+    const int perBlock = EntityStore::entitiesPerBlock();
+    constexpr auto Stride = static_cast<std::ptrdiff_t>(sizeof(gis::CEnt));
+    for (int i = 0; i < entities.entityCount(); ++i) {
+        gis::CEnt* ent = entities.entity(i);
+        const int row = gis::CDBTable::indexOf(EntityStore::rowOf(ent));
+        const bool follows
+            = !runs.empty() && i % perBlock != 0 && runs.back().firstRow + runs.back().count == row;
+        if (follows)
+            ++runs.back().count;
+        else
+            runs.push_back({ ent, Stride, row, 1 });
+    }
+    return runs;
+}
+
+} // namespace
+
+bool Library::GetColumn(gis::CDBTable* table, int fieldIndex, gis::ColumnView& view)
+{
+    if (!table || &table->library() != this || fieldIndex < 0 || fieldIndex >= table->fieldCount())
+        return false;
+    const std::lock_guard lock(m_data->columnsMutex);
+    view = table->column(fieldIndex).view();
+    return true;
+}
+
+bool Library::GetEntityRuns(gis::CTheme* theme, gis::EntityRunsView& view)
+{
+    if (!theme || &theme->library() != this)
+        return false;
+    const std::lock_guard lock(m_data->columnsMutex);
+    Data::Runs& runs = m_data->runs[theme];
+    const int count = theme->entities().entityCount();
+    if (runs.entityCount != count) { // entities are only added and taken back, never exchanged
+        runs.runs = runsOf(theme->entities());
+        runs.entityCount = count;
+        for (const gis::EntityRun& run : runs.runs)
+            if (run.firstRow < 0) { // an entity without a row cannot be had as columns
+                runs.runs.clear();
+                runs.entityCount = -1;
+                return false;
+            }
+    }
+    view = { runs.runs.data(), static_cast<int>(runs.runs.size()), count };
+    return true;
+}
+
+void Library::setExtension(const std::string& name, void* extension)
+{
+    if (extension)
+        m_data->extensions[name] = extension;
+    else
+        m_data->extensions.erase(name);
+}
+
+void* Library::extension(const char* name)
+{
+    if (!name)
+        return nullptr;
+    if (std::string_view(name) == gis::ColumnsExtension)
+        return static_cast<gis::IColumns*>(this);
+    const auto found = m_data->extensions.find(std::string_view(name));
+    return found == m_data->extensions.end() ? nullptr : found->second;
+}
+
+} // namespace embedded

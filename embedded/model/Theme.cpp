@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "embedded/model/Theme.h"
+
+#include "embedded/model/Library.h"
+
+namespace gis {
+
+CTheme::CTheme(embedded::Library& library, CDBTable* owner, const orv::String& themeName,
+    EntType entType, EntTypeCoords entCoords, bool hasM)
+    : table(owner)
+    , name(themeName)
+    , type(entType)
+    , coords(entCoords)
+    , m_library(library)
+    , m_entities(std::make_unique<embedded::EntityStore>(
+          *this, entCoords == EntTypeCoords::XYZ, hasM || entCoords == EntTypeCoords::XYM))
+{
+    map.classes.push_back(std::make_unique<CFeatureClass>());
+    map.classes.back()->isDefault = true;
+}
+CTheme::~CTheme() = default;
+
+embedded::EntityStore& CTheme::geometry()
+{
+    if (!m_geometryLoaded) {
+        m_geometryLoaded = true; // also when reading fails: the entities are then without shape
+        if (embedded::IStore* store = m_library.store())
+            static_cast<void>(store->readGeometry(*this, *m_entities).ok());
+    }
+    return *m_entities;
+}
+
+bool CTheme::addMeasures()
+{
+    return m_entities->addMeasures();
+}
+
+embedded::Box CTheme::extent()
+{
+    if (!m_geometryLoaded && m_library.store()) {
+        const embedded::Box box = m_library.store()->extentOf(*this);
+        if (!box.isEmpty())
+            return box;
+    }
+    return geometry().box();
+}
+
+} // namespace gis
