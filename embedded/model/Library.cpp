@@ -301,6 +301,28 @@ void Library::replaceStructure(gis::CDBTable* table, Structure structure)
     markModified();
 }
 
+void Library::replaceFields(gis::CDBTable* table, std::vector<FieldChange> fields)
+{
+    if (!table)
+        return;
+    const Structure before = table->structure();
+    Structure after;
+    for (FieldChange& change : fields) {
+        FieldState state { change.field, change.name, change.format, change.type, change.requested,
+            change.constraints, ColumnSlot(change.format) };
+        const auto old = std::find_if(before.begin(), before.end(),
+            [&](const FieldState& known) { return change.field && known.handle == change.field; });
+        if (change.column)
+            state.slot.column = std::move(*change.column);
+        else if (old != before.end())
+            state.slot = old->slot;
+        else
+            state.slot.column.appendEmpty(table->rowCount());
+        after.push_back(std::move(state));
+    }
+    replaceStructure(table, std::move(after));
+}
+
 void Library::recordRowsAdded(gis::CDBTable* table, int firstRow)
 {
     if (!table)
@@ -472,6 +494,10 @@ const Report& Library::lastReport() const
 Report& Library::beginReport()
 {
     m_data->report = {};
+    return m_data->report;
+}
+Report& Library::report()
+{
     return m_data->report;
 }
 void Library::setProgress(IProgress* progress)
