@@ -148,6 +148,7 @@ public:
         return std::find(tables.begin(), tables.end(), table) != tables.end();
     }
 
+    [[nodiscard]] bool readColumns() const;
     [[nodiscard]] std::vector<FieldChange> wanted() const;
     bool convert(std::vector<FieldChange>& fields,
         std::vector<std::pair<orv::String, ConversionCount>>& costs) const;
@@ -159,6 +160,22 @@ public:
     std::vector<Tracker*> current;
     std::unordered_set<const CField*> known; // fields that the table had at the beginning
 };
+
+/// Reads what is still in the file only: a column that cannot be read would be committed as empty.
+bool CCtrlDlgTableEdit::Impl::readColumns() const
+{
+    for (int i = 0; i < table->fieldCount(); ++i) {
+        if (table->isColumnLoaded(i))
+            continue;
+        embedded::IStore* store = library->store();
+        embedded::Column cells(embedded::columnKindOf(table->field(i)->format));
+        if (!store || !store->readColumn(*table, *table->field(i), cells)
+            || cells.rowCount() != table->rowCount())
+            return false;
+        table->takeLoaded(i, std::move(cells));
+    }
+    return true;
+}
 
 /// The pending list against the table as it is now: a field that went meanwhile (undo) is made
 /// anew, one that came meanwhile stays.
@@ -329,7 +346,7 @@ bool CCtrlDlgTableEdit::Commit()
     if (!namesAreUsable(fields))
         return false;
     std::vector<std::pair<orv::String, ConversionCount>> costs;
-    if (!m_impl->convert(fields, costs))
+    if (!m_impl->readColumns() || !m_impl->convert(fields, costs))
         return false;
 
     Library& library = *m_impl->library;
