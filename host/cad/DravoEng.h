@@ -11,6 +11,10 @@
 
 class QWidget;
 
+namespace embedded {
+class Engine;
+}
+
 /// A line type of the drawing: dashes and gaps in drawing units (gaps negative), none for a
 /// continuous line.
 struct CLineType {
@@ -27,6 +31,8 @@ class TEMATICA_HOST_API CDravoEng : public ORVNotifySource {
 public:
     CDravoEng();
     ~CDravoEng() override;
+
+    void Notify(int code, int value, void* data) override;
 
     virtual void CenterViewAt(std::int64_t drawing, double x, double y, double z);
     virtual void StopExecuteCommand();
@@ -56,6 +62,7 @@ public:
     virtual CLineType* GetLineType(int index);
 
 private:
+    friend class embedded::Engine;
     class Impl;
     std::unique_ptr<Impl> m_impl;
 };
