@@ -33,6 +33,13 @@ CellState parseDbfLogical(std::string_view cell, bool& value);
 /// yyyymmdd, also yyyy-m-d and yyyy/m/d; blanks or zeros are no value.
 CellState parseDbfDate(std::string_view cell, std::int32_t& dayNumber);
 
+/// Numbers that FoxPro and dBASE 7 keep as bytes; the cell has the type's width (4 or 8).
+DbfNumber parseFoxProInteger(std::string_view cell);
+DbfNumber parseFoxProDouble(std::string_view cell);
+DbfNumber parseFoxProMoney(std::string_view cell);
+DbfNumber parseDBaseInteger(std::string_view cell);
+DbfNumber parseDBaseDouble(std::string_view cell);
+
 /// A cell without blanks and NULs around it.
 std::string_view trimmedCell(std::string_view cell);
 

@@ -9,7 +9,6 @@
 #include "host/gis/Types.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <limits>
 #include <string_view>
@@ -88,49 +87,6 @@ private:
 const unsigned char* bytesOf(std::string_view cell)
 {
     return reinterpret_cast<const unsigned char*>(cell.data());
-}
-
-DbfNumber numberFrom(double value)
-{
-    DbfNumber number;
-    number.state = std::isfinite(value) ? CellState::Value : CellState::Unreadable;
-    number.value = value;
-    number.isWhole = value == std::trunc(value);
-    if (number.state == CellState::Value && !number.isWhole)
-        number.digits = parseDbfNumber(orv::ShortestText(value)).digits;
-    return number;
-}
-
-DbfNumber foxProInteger(std::string_view cell)
-{
-    return numberFrom(shp::little32(bytesOf(cell)));
-}
-DbfNumber foxProDouble(std::string_view cell)
-{
-    return numberFrom(shp::littleDouble(bytesOf(cell)));
-}
-DbfNumber foxProMoney(std::string_view cell)
-{
-    const auto tenThousandths = static_cast<std::int64_t>(shp::loadLittle64(bytesOf(cell)));
-    return numberFrom(static_cast<double>(tenThousandths) / 10000.0);
-}
-// dBASE 7 keeps numbers so that they sort as bytes: big-endian, the sign's bit inverted, in
-// negative doubles all bits; nothing but zero bits is no value.
-DbfNumber dBaseInteger(std::string_view cell)
-{
-    const auto bits = static_cast<std::uint32_t>(shp::big32(bytesOf(cell)));
-    return bits == 0 ? DbfNumber() : numberFrom(static_cast<std::int32_t>(bits ^ 0x80000000u));
-}
-DbfNumber dBaseDouble(std::string_view cell)
-{
-    const auto high = static_cast<std::uint32_t>(shp::big32(bytesOf(cell)));
-    const auto low = static_cast<std::uint32_t>(shp::big32(bytesOf(cell) + 4));
-    const std::uint64_t bits = std::uint64_t { high } << 32 | low;
-    if (bits == 0)
-        return {};
-    const bool isPositive = (bits >> 63) != 0;
-    return numberFrom(
-        std::bit_cast<double>(isPositive ? bits ^ (std::uint64_t { 1 } << 63) : ~bits));
 }
 
 template <typename Each> void ColumnReader::forEachCell(const Each& each)
@@ -348,13 +304,13 @@ ColumnReader::Number ColumnReader::binaryNumber() const
     case '+':
         if (m_field.widthBytes != 4 || (!isFoxPro && !isDBase7))
             return nullptr;
-        return isFoxPro ? foxProInteger : dBaseInteger;
+        return isFoxPro ? parseFoxProInteger : parseDBaseInteger;
     case 'B':
-        return isFoxPro && m_field.widthBytes == 8 ? foxProDouble : nullptr;
+        return isFoxPro && m_field.widthBytes == 8 ? parseFoxProDouble : nullptr;
     case 'Y':
-        return isFoxPro && m_field.widthBytes == 8 ? foxProMoney : nullptr;
+        return isFoxPro && m_field.widthBytes == 8 ? parseFoxProMoney : nullptr;
     case 'O':
-        return isDBase7 && m_field.widthBytes == 8 ? dBaseDouble : nullptr;
+        return isDBase7 && m_field.widthBytes == 8 ? parseDBaseDouble : nullptr;
     default:
         return nullptr;
     }

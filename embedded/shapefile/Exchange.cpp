@@ -53,7 +53,9 @@ bool FExportFileShape(gis::CLibGis* library, gis::CTheme* theme, const orv::Stri
         return false;
     Report own;
     std::string path;
-    if (callback && embedded::shapefileExists(*theme, folder.Bytes(), path)
+    // A folder that cannot be written to is no question for the user.
+    const bool mayExist = callback && folder.View().starts_with('/');
+    if (mayExist && embedded::shapefileExists(*theme, folder.Bytes(), path)
         && !callback->AskOverwrite(orv::String(std::string_view(path))))
         return true;
     embedded::ShapefileExportOptions options;
@@ -96,8 +98,7 @@ bool FGetFieldFromFileDbf(gis::CLibGis*, const orv::String& path, std::vector<or
 {
     names.clear();
     try {
-        const std::string existing = embedded::existingPath(path.Bytes());
-        const auto dbf = embedded::DbfFile::open(existing.empty() ? path.Bytes() : existing);
+        const auto dbf = embedded::DbfFile::open(embedded::existingPath(path.Bytes()));
         if (!dbf)
             return false;
         std::vector<std::uint32_t> records(dbf.value().recordCount());
