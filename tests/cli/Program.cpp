@@ -1,0 +1,164 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tests/cli/Program.h"
+
+#include "embedded/store/GeoPackage.h"
+#include "tests/support/LibraryNotation.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+namespace cli_test {
+
+namespace fs = std::filesystem;
+
+Folder::Folder()
+{
+    std::string name = (fs::temp_directory_path() / "tematica-cli-XXXXXX").string();
+    if (!mkdtemp(name.data()))
+        ADD_FAILURE() << "no temporary folder";
+    m_path = name;
+}
+
+Folder::~Folder()
+{
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+}
+
+std::string Folder::path(std::string_view name) const
+{
+    return name.empty() ? m_path.string() : (m_path / name).string();
+}
+
+std::string Folder::library(std::string_view name, std::string_view notation) const
+{
+    const auto library = support::makeLibrary(notation);
+    const auto saved = embedded::saveLibraryAs(*library, path(name));
+    EXPECT_TRUE(saved.ok());
+    return path(name);
+}
+
+std::string Folder::file(std::string_view name, std::string_view bytes) const
+{
+    std::ofstream(path(name), std::ios::binary)
+        .write(bytes.data(), static_cast<long>(bytes.size()));
+    return path(name);
+}
+
+std::vector<std::string> Folder::names() const
+{
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(m_path))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+namespace {
+
+[[noreturn]] void become(const std::vector<std::string>& words)
+{
+    std::vector<char*> arguments;
+    std::string program = TEMATICA_PROGRAM;
+    arguments.push_back(program.data());
+    std::vector<std::string> copies = words;
+    for (auto& word : copies)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    execv(program.c_str(), arguments.data());
+    _exit(127);
+}
+
+int waitFor(pid_t process)
+{
+    int status = 0;
+    waitpid(process, &status, 0);
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+/// Redirects a descriptor of the child into a file.
+void redirect(int descriptor, std::FILE* file)
+{
+    dup2(fileno(file), descriptor);
+}
+
+std::string readAll(std::FILE* file)
+{
+    std::string text;
+    std::rewind(file);
+    char buffer[4096];
+    for (std::size_t n = 0; (n = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
+        text.append(buffer, n);
+    std::fclose(file);
+    return text;
+}
+
+} // namespace
+
+Outcome run(const std::vector<std::string>& words)
+{
+    std::FILE* out = std::tmpfile();
+    std::FILE* err = std::tmpfile();
+    const pid_t process = fork();
+    if (process == 0) {
+        redirect(STDOUT_FILENO, out);
+        redirect(STDERR_FILENO, err);
+        become(words);
+    }
+    Outcome outcome;
+    outcome.exitCode = waitFor(process);
+    outcome.out = readAll(out);
+    outcome.err = readAll(err);
+    return outcome;
+}
+
+Outcome runInto(
+    const std::vector<std::string>& words, std::size_t readBytes, bool isPipeSignalIgnored)
+{
+    int ends[2] = {};
+    if (pipe(ends) != 0)
+        return {};
+    std::FILE* err = std::tmpfile();
+    const pid_t process = fork();
+    if (process == 0) {
+        std::signal(SIGPIPE, isPipeSignalIgnored ? SIG_IGN : SIG_DFL);
+        dup2(ends[1], STDOUT_FILENO);
+        redirect(STDERR_FILENO, err);
+        close(ends[0]);
+        close(ends[1]);
+        become(words);
+    }
+    close(ends[1]);
+    Outcome outcome;
+    outcome.out.resize(readBytes);
+    const auto count = read(ends[0], outcome.out.data(), readBytes);
+    outcome.out.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    close(ends[0]);
+    outcome.exitCode = waitFor(process);
+    outcome.err = readAll(err);
+    return outcome;
+}
+
+std::string contents(const std::string& path)
+{
+    std::ifstream stream(path, std::ios::binary);
+    return { std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>() };
+}
+
+std::string testData(std::string_view name)
+{
+    const char* folder = std::getenv("TEMATICA_TEST_DATA");
+    const fs::path path = fs::path(folder ? folder : TEMATICA_DEFAULT_TEST_DATA) / name;
+    return fs::exists(path) ? path.string() : std::string();
+}
+
+} // namespace cli_test
