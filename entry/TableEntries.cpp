@@ -3,6 +3,8 @@
 #include "tematica/Dialogs.h"
 
 #include "entry/DialogFrame.h"
+#include "kit/ModalRun.h"
+#include "tables/grid/DlgShowTable.h"
 
 // The dialogs of tables. One that is not built yet gives its cancelled answer.
 
@@ -27,5 +29,9 @@ bool FDlgCompileTableGIS(gis::CLibGis* library, gis::CTheme* theme, orv::CResult
 bool FDlgShowTableGIS(gis::CLibGis* library, gis::CDBTable* table)
 {
     const entry::Frame frame { "FDlgShowTableGIS", true, entry::Telling::OneLine };
-    return entry::runDialog(frame, { library, table }, [] { return true; });
+    return entry::runDialog(frame, { library, table }, [=] {
+        CDlgShowTable dialog(library, table);
+        kit::runModal(dialog);
+        return true;
+    });
 }
