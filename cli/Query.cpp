@@ -6,6 +6,9 @@
 
 #include "embedded/model/EntityStore.h"
 
+#include "query/execution/FilterNames.h"
+#include "query/language/FilterParser.h"
+
 #include "tematica/QueryExecute.h"
 
 #include <fmt/format.h>
@@ -87,6 +90,19 @@ int writeRows(gis::CLibGis& library, gis::CTheme* theme, const std::vector<gis::
     return output.finish();
 }
 
+/// Says what of the filter has no effect: names that are not there, and what follows the point
+/// where the parser stopped.
+void tellFilterWarnings(
+    const query::ParseOutcome& filter, gis::CLibGis& library, gis::CTheme* theme)
+{
+    if (filter.isShortened())
+        tell(fmt::format("only the condition before position {} was used", filter.errorPosition));
+    for (const auto& name : query::filterNames(*filter.root, &library, theme))
+        if (!name.isKnown)
+            tell(fmt::format("there is no {} named {}; terms that name it cannot be computed",
+                name.isFunction ? "function" : "field", name.name.Bytes()));
+}
+
 } // namespace
 
 int runQuery(const QueryArguments& arguments)
@@ -104,13 +120,16 @@ int runQuery(const QueryArguments& arguments)
     if (!positions)
         return fail(positions.error());
 
-    CQueryExecute query(&lib, theme.value());
-    if (!query.SetQueryFilter(orv::String(arguments.filter))) {
+    CQueryExecute execution(&lib, theme.value());
+    if (!execution.SetQueryFilter(orv::String(arguments.filter))) {
         tell("the filter is refused");
         return FilterRefused;
     }
+    const auto filter = query::parseFilter(arguments.filter, query::ErrorReport::Silent);
+    if (filter.root)
+        tellFilterWarnings(filter, lib, theme.value());
     std::vector<gis::CEnt*> found;
-    query.Execute(found);
+    execution.Execute(found);
     if (!arguments.isCountOnly)
         return writeRows(lib, theme.value(), found, positions.value(), arguments);
     Output output;
