@@ -73,7 +73,8 @@ private:
     void begin(gis::FieldFormat format, int digits = 0);
     void appendText(std::string_view text);
     void report(FindingCode code, std::int64_t count);
-    void reportType(const std::string& detail);
+    void reportType(const std::string& detail, FindingSeverity severity = FindingSeverity::Note);
+    void reportWidth();
     [[nodiscard]] Number binaryNumber() const;
 
     const DbfReading& m_reading;
@@ -129,14 +130,24 @@ void ColumnReader::report(FindingCode code, std::int64_t count)
     m_result.findings.push_back(std::move(finding));
 }
 
-void ColumnReader::reportType(const std::string& detail)
+void ColumnReader::reportType(const std::string& detail, FindingSeverity severity)
 {
     Finding finding;
     finding.code = FindingCode::FieldTypeTaken;
-    finding.severity = FindingSeverity::Note;
+    finding.severity = severity;
     finding.subject = m_result.name;
     finding.detail = detail;
     m_result.findings.push_back(std::move(finding));
+}
+
+void ColumnReader::reportWidth()
+{
+    if (m_field.isWidthGuessed)
+        reportType("width 0 in the header, " + std::to_string(m_field.widthBytes)
+                + " bytes in the records",
+            FindingSeverity::Warning);
+    else if (m_field.widthBytes == 0)
+        reportType("width 0: no values", FindingSeverity::Warning);
 }
 
 void ColumnReader::readTexts(bool asNumbers)
@@ -318,6 +329,7 @@ ColumnReader::Number ColumnReader::binaryNumber() const
 
 DbfColumn ColumnReader::read()
 {
+    reportWidth();
     const bool isFoxPro = m_reading.file.dialect() == DbfDialect::FoxPro;
     const bool isDBase7 = m_reading.file.dialect() == DbfDialect::DBase7;
     switch (m_field.type) {

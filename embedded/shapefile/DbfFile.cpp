@@ -107,6 +107,16 @@ void DbfFile::readFields(std::size_t first, std::size_t descriptorBytes)
     }
 }
 
+void DbfFile::guessMissingWidth(std::size_t bytesLeft)
+{
+    const auto hasNoWidth = [](const DbfField& field) { return field.widthBytes == 0; };
+    if (std::count_if(m_fields.begin(), m_fields.end(), hasNoWidth) != 1)
+        return;
+    DbfField& field = *std::find_if(m_fields.begin(), m_fields.end(), hasNoWidth);
+    field.widthBytes = static_cast<int>(bytesLeft);
+    field.isWidthGuessed = bytesLeft > 0;
+}
+
 std::string DbfFile::placeFields()
 {
     const auto sumOfWidths = [this](bool longTexts) {
@@ -124,6 +134,7 @@ std::string DbfFile::placeFields()
     if (sumOfWidths(longTexts) > m_recordBytes)
         return "record length " + std::to_string(m_recordBytes) + ", its fields take "
             + std::to_string(sumOfWidths(longTexts));
+    guessMissingWidth(m_recordBytes - sumOfWidths(longTexts));
     std::uint32_t offset = 1;
     for (DbfField& field : m_fields) {
         if (field.type == 'C') {

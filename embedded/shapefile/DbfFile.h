@@ -19,6 +19,7 @@ struct DbfField {
     int widthBytes = 0;
     int decimals = 0;
     std::uint32_t offset = 0; // in a record
+    bool isWidthGuessed = false; // the header says 0, the records have room for more
 };
 
 /// Which programs' binary column types a table has.
@@ -55,6 +56,7 @@ private:
     [[nodiscard]] std::string readHeader();
     void readFields(std::size_t first, std::size_t descriptorBytes);
     [[nodiscard]] std::string placeFields();
+    void guessMissingWidth(std::size_t bytesLeft);
 
     FileMapping m_file;
     std::string m_path;

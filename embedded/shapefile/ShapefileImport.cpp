@@ -93,6 +93,7 @@ private:
     void prepareTheme();
     bool addEntities(int firstEntity);
     void addParts(EntityStore& entities, const ShapeView& shape) const;
+    void recordPoints(std::size_t before);
     void finish(int firstEntity, gis::ILinkImportedEnt* link);
     void takeBackUnrecorded(int firstEntity);
     [[nodiscard]] Error clash(const orv::String& name) const
@@ -241,6 +242,16 @@ bool Importer::addEntities(int firstEntity)
     return true;
 }
 
+void Importer::recordPoints(std::size_t before)
+{
+    const std::size_t after = m_library.linkedPointCount();
+    if (after == before)
+        return;
+    Library& library = m_library;
+    library.record([&library, before] { library.removeLinkedPointsFrom(before); },
+        [&library, after] { library.restoreLinkedPointCount(after); });
+}
+
 void Importer::finish(int firstEntity, gis::ILinkImportedEnt* link)
 {
     m_library.recordEntitiesAdded(m_theme, firstEntity);
@@ -278,13 +289,14 @@ Result<ShapefileImportResult> Importer::import(gis::IGisMerger* merger, gis::ILi
         m_points = std::make_unique<LinkedPointMaker>(m_library, m_shapefile.columns,
             m_options.points, shp::entTypeOf(m_shapefile.shp.shapeType()) != gis::EntType::Points);
     ImportStep step(m_library);
-    const std::size_t pointsBefore = m_library.linkedPoints().size();
+    const std::size_t pointsBefore = m_library.linkedPointCount();
     const Result<void> created = merger ? createThrough(*merger) : createUnasked();
     int firstEntity = 0;
     if (created) {
         prepareTheme();
         firstEntity = m_theme->geometry().entityCount();
         if (addEntities(firstEntity)) {
+            recordPoints(pointsBefore);
             finish(firstEntity, link);
             step.keep();
             ShapefileImportResult result;
