@@ -2,12 +2,21 @@
 // SPDX-License-Identifier: MIT
 #include "embedded/model/FieldUses.h"
 
+#include "embedded/model/ThemeClasses.h"
+
 namespace embedded {
 namespace {
 
 bool isNumber(gis::FieldFormat format)
 {
     return format == gis::FieldFormat::Integer || format == gis::FieldFormat::Decimal;
+}
+
+ThematicMap noMap()
+{
+    ThematicMap map;
+    map.classes = uniformClasses();
+    return map;
 }
 
 } // namespace
@@ -40,7 +49,7 @@ void releaseField(Library& library, const gis::CField& field)
             library.setThemeLabel(theme, label);
         }
         if (theme->map.field == &field)
-            library.setThemeMap(theme, ThematicMap {});
+            library.setThemeMap(theme, noMap());
     }
 }
 
@@ -50,7 +59,7 @@ void convertClassLimits(Library& library, const gis::CField& field, gis::FieldFo
         if (theme->map.field != &field)
             continue;
         if (theme->map.type == gis::MapType::Interval && !isNumber(to)) {
-            library.setThemeMap(theme, ThematicMap {});
+            library.setThemeMap(theme, noMap());
             continue;
         }
         ThematicMap map;

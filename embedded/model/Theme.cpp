@@ -3,6 +3,7 @@
 #include "embedded/model/Theme.h"
 
 #include "embedded/model/Library.h"
+#include "embedded/model/ThemeClasses.h"
 
 namespace gis {
 
@@ -16,8 +17,7 @@ CTheme::CTheme(embedded::Library& library, CDBTable* owner, const orv::String& t
     , m_entities(std::make_unique<embedded::EntityStore>(
           *this, entCoords == EntTypeCoords::XYZ, hasM || entCoords == EntTypeCoords::XYM))
 {
-    map.classes.push_back(std::make_unique<CFeatureClass>());
-    map.classes.back()->isDefault = true;
+    map.classes = embedded::uniformClasses();
 }
 CTheme::~CTheme() = default;
 
