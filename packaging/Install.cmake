@@ -1,0 +1,34 @@
+# What is installed: programs, the two libraries, the headers of hosts, and a package that CMake finds.
+include(CMakePackageConfigHelpers)
+set(headers "${CMAKE_INSTALL_INCLUDEDIR}/tematica-${PROJECT_VERSION_MAJOR}")
+set(package "${CMAKE_INSTALL_LIBDIR}/cmake/Tematica")
+
+# "host/..." and "tematica/..." as in the sources; in a folder of their own, since "host" is everybody's word.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/tematica" "${PROJECT_SOURCE_DIR}/host"
+    DESTINATION "${headers}" FILES_MATCHING PATTERN "*.h")
+target_include_directories(tematica-host INTERFACE
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+    $<INSTALL_INTERFACE:${headers}>)
+target_compile_features(tematica-host INTERFACE cxx_std_20)
+
+set(targets tematica-host tematica-cli)
+foreach(target tematica tematica-desktop)
+    if(TARGET ${target})
+        list(APPEND targets ${target})
+    endif()
+endforeach()
+if(TARGET tematica)
+    target_include_directories(tematica INTERFACE $<INSTALL_INTERFACE:${headers}>)
+    target_compile_features(tematica INTERFACE cxx_std_20)
+endif()
+install(TARGETS ${targets} EXPORT TematicaTargets
+    RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+install(EXPORT TematicaTargets NAMESPACE Tematica:: DESTINATION "${package}")
+
+configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/TematicaConfig.cmake.in"
+    "${PROJECT_BINARY_DIR}/TematicaConfig.cmake" INSTALL_DESTINATION "${package}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/TematicaConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/TematicaConfig.cmake" "${PROJECT_BINARY_DIR}/TematicaConfigVersion.cmake"
+    DESTINATION "${package}")
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+    DESTINATION "${CMAKE_INSTALL_DOCDIR}")
