@@ -1,56 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+
 #include "host/expr/Expression.h"
 
-#include "host/base/Numbers.h"
+#include "embedded/expr/ExpressionTree.h"
 #include "host/expr/Symbols.h"
 
 #include <utility>
 
 CEEExpression::~CEEExpression() = default;
-CEEExpressionConstVisitor::~CEEExpressionConstVisitor() = default;
-CEEExpressionVisitor::~CEEExpressionVisitor() = default;
-
-void CEEExpressionConstVisitor::VisitConst(const CEEExpressionConst& node)
-{
-    Visit(node);
-}
-void CEEExpressionConstVisitor::VisitVar(const CEEExpressionVar& node)
-{
-    Visit(node);
-}
-void CEEExpressionConstVisitor::VisitUnOp(const CEEExpressionUnOp& node)
-{
-    Visit(node);
-}
-void CEEExpressionConstVisitor::VisitBinOp(const CEEExpressionBinOp& node)
-{
-    Visit(node);
-}
-void CEEExpressionConstVisitor::VisitFun(const CEEExpressionFun& node)
-{
-    Visit(node);
-}
-void CEEExpressionVisitor::VisitConst(CEEExpressionConst& node)
-{
-    Visit(node);
-}
-void CEEExpressionVisitor::VisitVar(CEEExpressionVar& node)
-{
-    Visit(node);
-}
-void CEEExpressionVisitor::VisitUnOp(CEEExpressionUnOp& node)
-{
-    Visit(node);
-}
-void CEEExpressionVisitor::VisitBinOp(CEEExpressionBinOp& node)
-{
-    Visit(node);
-}
-void CEEExpressionVisitor::VisitFun(CEEExpressionFun& node)
-{
-    Visit(node);
-}
 
 // Literal
 
@@ -58,6 +16,7 @@ CEEExpressionConst::CEEExpressionConst(const orv::CPolyValue& value)
     : m_value(value)
 {
 }
+
 CEEExpressionConst::~CEEExpressionConst() = default;
 
 int CEEExpressionConst::GetType()
@@ -65,7 +24,7 @@ int CEEExpressionConst::GetType()
     return EETypeConst;
 }
 
-bool CEEExpressionConst::Eval(CEESymbolProvider*, CEEResult& result)
+bool CEEExpressionConst::Eval(CEESymbolProvider* /*provider*/, CEEResult& result)
 {
     result.SetElem(m_value);
     return true;
@@ -73,30 +32,14 @@ bool CEEExpressionConst::Eval(CEESymbolProvider*, CEEResult& result)
 
 orv::String CEEExpressionConst::ToString() const
 {
-    switch (m_value.GetType()) {
-    case orv::PolyString:
-        return "'" + m_value.GetStringValue() + "'";
-    case orv::PolyBool:
-        return m_value.GetBoolValue() ? "TRUE" : "FALSE";
-    case orv::PolyEmpty:
-        return "NULL";
-    default:
-        return m_value.GetStringValue();
-    }
+    return CEEExpressionTree::print(*this);
 }
 
 bool CEEExpressionConst::IsConst()
 {
     return true;
 }
-void CEEExpressionConst::Accept(CEEExpressionConstVisitor& visitor) const
-{
-    visitor.VisitConst(*this);
-}
-void CEEExpressionConst::Accept(CEEExpressionVisitor& visitor)
-{
-    visitor.VisitConst(*this);
-}
+
 CEEExpression* CEEExpressionConst::Clone()
 {
     return new CEEExpressionConst(m_value);
@@ -108,6 +51,7 @@ CEEExpressionVar::CEEExpressionVar(const orv::String& name)
     : m_name(name)
 {
 }
+
 CEEExpressionVar::~CEEExpressionVar() = default;
 
 int CEEExpressionVar::GetType()
@@ -117,29 +61,22 @@ int CEEExpressionVar::GetType()
 
 bool CEEExpressionVar::Eval(CEESymbolProvider* provider, CEEResult& result)
 {
-    if (!provider)
-        return false;
-    orv::String name(m_name); // the provider may change what it is given
-    CEESymbol* symbol = provider->GetSymbol(name);
+    orv::String name(m_name); // a provider may change its argument, and threads share the node
+    CEESymbol* symbol = provider ? provider->GetSymbol(name) : nullptr;
     return symbol && symbol->Eval(0, nullptr, result);
 }
 
 orv::String CEEExpressionVar::ToString() const
 {
+    // The bare name; the square brackets that some names need come with the tree around it.
     return m_name;
 }
+
 bool CEEExpressionVar::IsConst()
 {
     return false;
 }
-void CEEExpressionVar::Accept(CEEExpressionConstVisitor& visitor) const
-{
-    visitor.VisitVar(*this);
-}
-void CEEExpressionVar::Accept(CEEExpressionVisitor& visitor)
-{
-    visitor.VisitVar(*this);
-}
+
 CEEExpression* CEEExpressionVar::Clone()
 {
     return new CEEExpressionVar(m_name);
@@ -152,9 +89,10 @@ CEEExpressionUnOp::CEEExpressionUnOp(int code, CEEExpression* operand)
     , m_operand(operand)
 {
 }
+
 CEEExpressionUnOp::~CEEExpressionUnOp()
 {
-    delete m_operand;
+    CEEExpressionTree::deleteChildren(*this);
 }
 
 int CEEExpressionUnOp::GetType()
@@ -164,35 +102,61 @@ int CEEExpressionUnOp::GetType()
 
 bool CEEExpressionUnOp::Eval(CEESymbolProvider* provider, CEEResult& result)
 {
-    if (m_code != EENot || !m_operand || !m_operand->Eval(provider, result))
-        return false;
-    if (result.GetElemType() == orv::PolyEmpty)
-        return true; // not known stays not known
-    if (result.GetElemType() != orv::PolyBool)
-        return false;
-    result.SetElemBool(!result.GetElemBool());
-    return true;
+    return CEEExpressionTree::evaluate(*this, provider, result);
 }
 
 orv::String CEEExpressionUnOp::ToString() const
 {
-    return "NOT (" + (m_operand ? m_operand->ToString() : orv::String()) + ")";
+    return CEEExpressionTree::print(*this);
 }
+
 bool CEEExpressionUnOp::IsConst()
 {
     return m_operand && m_operand->IsConst();
 }
-void CEEExpressionUnOp::Accept(CEEExpressionConstVisitor& visitor) const
-{
-    visitor.VisitUnOp(*this);
-}
-void CEEExpressionUnOp::Accept(CEEExpressionVisitor& visitor)
-{
-    visitor.VisitUnOp(*this);
-}
+
 CEEExpression* CEEExpressionUnOp::Clone()
 {
-    return new CEEExpressionUnOp(m_code, m_operand ? m_operand->Clone() : nullptr);
+    return CEEExpressionTree::clone(this);
+}
+
+// Binary operator
+
+CEEExpressionBinOp::CEEExpressionBinOp(int code, CEEExpression* left, CEEExpression* right)
+    : m_code(code)
+    , m_left(left)
+    , m_right(right)
+{
+}
+
+CEEExpressionBinOp::~CEEExpressionBinOp()
+{
+    CEEExpressionTree::deleteChildren(*this);
+}
+
+int CEEExpressionBinOp::GetType()
+{
+    return EETypeBinOp;
+}
+
+bool CEEExpressionBinOp::Eval(CEESymbolProvider* provider, CEEResult& result)
+{
+    return CEEExpressionTree::evaluate(*this, provider, result);
+}
+
+orv::String CEEExpressionBinOp::ToString() const
+{
+    return CEEExpressionTree::print(*this);
+}
+
+bool CEEExpressionBinOp::IsConst()
+{
+    return CEEExpressionTree::isConst(*this);
+}
+
+CEEExpression* CEEExpressionBinOp::Clone()
+{
+    return CEEExpressionTree::clone(this);
 }
 
 // Function call
@@ -202,6 +166,7 @@ CEEExpressionFun::CEEExpressionFun(const orv::String& name, std::vector<CEEExpre
     , m_arguments(std::move(arguments))
 {
 }
+
 CEEExpressionFun::~CEEExpressionFun()
 {
     for (CEEExpression* argument : m_arguments)
@@ -215,44 +180,28 @@ int CEEExpressionFun::GetType()
 
 bool CEEExpressionFun::Eval(CEESymbolProvider* provider, CEEResult& result)
 {
-    if (!provider)
-        return false;
     orv::String name(m_name);
-    CEESymbol* function = provider->GetFunction(name);
+    CEESymbol* function = provider ? provider->GetFunction(name) : nullptr;
     if (!function)
         return false;
     std::vector<CEEResult> values(m_arguments.size());
-    for (std::size_t i = 0; i < values.size(); ++i)
-        if (!m_arguments[i] || !m_arguments[i]->Eval(provider, values[i]))
+    for (std::size_t index = 0; index < m_arguments.size(); ++index)
+        if (!m_arguments[index] || !m_arguments[index]->Eval(provider, values[index]))
             return false;
     return function->Eval(static_cast<int>(values.size()), values.data(), result);
 }
 
 orv::String CEEExpressionFun::ToString() const
 {
-    orv::String text = m_name + "(";
-    for (std::size_t i = 0; i < m_arguments.size(); ++i)
-        text
-            = text + (i ? "," : "") + (m_arguments[i] ? m_arguments[i]->ToString() : orv::String());
-    return text + ")";
+    return CEEExpressionTree::print(*this);
 }
+
 bool CEEExpressionFun::IsConst()
 {
-    return false; // Now() differs from call to call
+    return false; // Now() gives another value each time
 }
-void CEEExpressionFun::Accept(CEEExpressionConstVisitor& visitor) const
-{
-    visitor.VisitFun(*this);
-}
-void CEEExpressionFun::Accept(CEEExpressionVisitor& visitor)
-{
-    visitor.VisitFun(*this);
-}
+
 CEEExpression* CEEExpressionFun::Clone()
 {
-    std::vector<CEEExpression*> arguments;
-    arguments.reserve(m_arguments.size());
-    for (CEEExpression* argument : m_arguments)
-        arguments.push_back(argument ? argument->Clone() : nullptr);
-    return new CEEExpressionFun(m_name, std::move(arguments));
+    return CEEExpressionTree::clone(this);
 }

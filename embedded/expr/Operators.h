@@ -2,24 +2,43 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+// The rules of the operators over single values: what fails, what is empty, what the value is.
+
 #include "host/base/PolyValue.h"
 
-// The rules of single operators over values, apart from the nodes that hold them.
-// Source: docs/filter-language.md, "Comparison" and "Arithmetic".
+#include <cstdint>
+#include <string_view>
 
 namespace embedded {
 
-/// Three-way order of two values with a value each; false when their kinds cannot be compared.
-/// `order` is 2 where a number is not comparable with itself (NaN).
-bool compareValues(const orv::CPolyValue& left, const orv::CPolyValue& right, int& order);
+/// A value while it is computed with. Texts are lent by the node or symbol that they come from, so
+/// that comparing a text copies nothing; operators never answer with a text.
+struct Operand {
+    int type = orv::PolyEmpty;
+    union {
+        bool asBool;
+        std::int32_t asInt32;
+        double asDouble;
+        std::int64_t asDate;
+    } number {};
+    std::string_view text;
 
-/// Whether a comparison operator (codes 10 to 15) holds for an order.
-bool comparisonHolds(int code, int order);
+    [[nodiscard]] bool isEmpty() const { return type == orv::PolyEmpty; }
+    [[nodiscard]] bool isBool(bool value) const
+    {
+        return type == orv::PolyBool && number.asBool == value;
+    }
+};
 
-/// Sum, difference, product or quotient of two numbers (codes 1 to 4). Integers give an integer,
-/// widened to a double where it does not fit; a quotient is always a double. False for other kinds,
-/// a zero divisor, and results that are no number.
-bool calculate(
-    int code, const orv::CPolyValue& left, const orv::CPolyValue& right, orv::CPolyValue& result);
+Operand operandOf(const orv::CPolyValue& value);
+void storeOperand(const Operand& operand, orv::CPolyValue& value);
+
+/// True for AND with a false left and OR with a true left: the right side is not asked.
+bool isDecided(int code, const Operand& left);
+
+/// Errors: false for operands that do not fit the operator, a division by zero, a result that is
+/// infinite or no number, and for codes that are no operators.
+bool computeBinary(int code, const Operand& left, const Operand& right, Operand& result);
+bool computeUnary(int code, const Operand& operand, Operand& result);
 
 } // namespace embedded

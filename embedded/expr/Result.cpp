@@ -1,19 +1,21 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+
 #include "host/expr/Result.h"
 
 #include <utility>
 
 CEEResult::CEEResult() = default;
-CEEResult::CEEResult(bool value)
-    : m_element(value)
-{
-}
 CEEResult::CEEResult(const CEEResult& other) = default;
 CEEResult::CEEResult(CEEResult&& other) noexcept = default;
 CEEResult::~CEEResult() = default;
 CEEResult& CEEResult::operator=(const CEEResult& other) = default;
 CEEResult& CEEResult::operator=(CEEResult&& other) noexcept = default;
+
+CEEResult::CEEResult(bool value)
+    : m_element(value)
+{
+}
 
 bool CEEResult::GetElemBool() const
 {

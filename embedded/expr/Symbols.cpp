@@ -1,113 +1,118 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+
 #include "host/expr/Symbols.h"
 
-#include "host/base/Dates.h"
 #include "host/base/Numbers.h"
 
-#include <cmath>
-#include <ctime>
+#include <functional>
+#include <string>
 #include <unordered_map>
-#include <vector>
+#include <unordered_set>
+
+namespace {
+
+struct ExactHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view name) const
+    {
+        return std::hash<std::string_view>()(name);
+    }
+};
+
+struct FoldedHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view name) const
+    {
+        std::uint64_t hash = 14695981039346656037U; // FNV-1a over the folded bytes
+        for (const char byte : name) {
+            const bool isUpper = byte >= 'A' && byte <= 'Z';
+            const auto folded = static_cast<unsigned char>(isUpper ? byte + ('a' - 'A') : byte);
+            hash = (hash ^ folded) * 1099511628211U;
+        }
+        return hash;
+    }
+};
+
+struct FoldedEqual {
+    using is_transparent = void;
+    bool operator()(std::string_view left, std::string_view right) const
+    {
+        return left.size() == right.size() && orv::CompareIgnoreAsciiCase(left, right) == 0;
+    }
+};
+
+/// Symbols of one kind, by exact name and else without regard to ASCII case; the first of a name
+/// stays.
+class NameMap {
+public:
+    void add(const std::string& name, CEESymbol* symbol)
+    {
+        m_exact.try_emplace(name, symbol);
+        m_folded.try_emplace(name, symbol);
+    }
+    [[nodiscard]] CEESymbol* find(std::string_view name) const
+    {
+        if (const auto exact = m_exact.find(name); exact != m_exact.end())
+            return exact->second;
+        const auto folded = m_folded.find(name);
+        return folded == m_folded.end() ? nullptr : folded->second;
+    }
+
+private:
+    std::unordered_map<std::string, CEESymbol*, ExactHash, std::equal_to<>> m_exact;
+    std::unordered_map<std::string, CEESymbol*, FoldedHash, FoldedEqual> m_folded;
+};
+
+} // namespace
 
 CEESymbol::~CEESymbol() = default;
 CEESymbolProvider::~CEESymbolProvider() = default;
 
-namespace {
-
-/// Names of one kind: exact first, then ASCII case ignored; the first symbol of a name is the one
-/// found.
-class NameMap final {
+class CEESymbolTable::Impl {
 public:
-    void add(const orv::String& name, CEESymbol* symbol)
+    Impl() = default;
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+    ~Impl()
     {
-        m_exact.try_emplace(name.Bytes(), symbol);
-        m_folded.try_emplace(orv::FoldAsciiCase(name.View()), symbol);
+        for (CEESymbol* symbol : owned)
+            delete symbol;
     }
-    [[nodiscard]] CEESymbol* find(const std::string& name) const
-    {
-        if (const auto exact = m_exact.find(name); exact != m_exact.end())
-            return exact->second;
-        const auto folded = m_folded.find(orv::FoldAsciiCase(name));
-        return folded != m_folded.end() ? folded->second : nullptr;
-    }
-
-private:
-    std::unordered_map<std::string, CEESymbol*> m_exact;
-    std::unordered_map<std::string, CEESymbol*> m_folded;
-};
-
-/// A whole number within 32 bits, given as an integer or as a double with an integral value.
-bool wholeNumber(const orv::CPolyValue& value, int& number)
-{
-    if (value.GetType() == orv::PolyInt32) {
-        number = value.GetInt32Value();
-        return true;
-    }
-    if (value.GetType() != orv::PolyDouble)
-        return false;
-    const double decimal = value.GetDoubleValue();
-    if (decimal != std::floor(decimal) || std::abs(decimal) > 2147483647.0)
-        return false;
-    number = static_cast<int>(decimal);
-    return true;
-}
-
-bool dateOf(int argumentCount, const CEEResult* arguments, CEEResult& result)
-{
-    if (argumentCount != 3)
-        return false;
-    // An argument without a value leaves the date open; the kinds of the others are then not looked
-    // at.
-    for (int i = 0; i < 3; ++i)
-        if (arguments[i].GetElemType() == orv::PolyEmpty) {
-            result = CEEResult();
-            return true;
-        }
-    orv::CalendarDay day;
-    std::int32_t number = 0;
-    if (!wholeNumber(arguments[0].GetElem(), day.day)
-        || !wholeNumber(arguments[1].GetElem(), day.month)
-        || !wholeNumber(arguments[2].GetElem(), day.year) || !orv::DayNumber(day, number))
-        return false;
-    orv::CPolyValue date;
-    date.SetDateValue(orv::LocalMidnightOfDay(number));
-    result.SetElem(std::move(date));
-    return true;
-}
-
-} // namespace
-
-class CEESymbolTable::Impl final {
-public:
-    std::vector<std::unique_ptr<CEESymbol>> symbols;
     NameMap variables;
     NameMap functions;
+    std::unordered_set<CEESymbol*> owned; // a set, since a symbol may have several names
 };
 
 CEESymbolTable::CEESymbolTable()
     : m_impl(std::make_unique<Impl>())
 {
 }
+
 CEESymbolTable::~CEESymbolTable() = default;
 
 void CEESymbolTable::AddSymbol(orv::String name, CEESymbol* symbol)
 {
     if (!symbol)
         return;
-    m_impl->symbols.emplace_back(symbol);
-    (symbol->IsFunction() ? m_impl->functions : m_impl->variables).add(name, symbol);
+    m_impl->owned.insert(symbol);
+    (symbol->IsFunction() ? m_impl->functions : m_impl->variables).add(name.Bytes(), symbol);
+}
+
+CEESymbol* CEESymbolTable::Find(std::string_view name) const
+{
+    CEESymbol* variable = m_impl->variables.find(name);
+    return variable ? variable : m_impl->functions.find(name);
 }
 
 CEESymbol* CEESymbolTable::GetSymbol(orv::String& name)
 {
-    CEESymbol* variable = m_impl->variables.find(name.Bytes());
-    return variable ? variable : m_impl->functions.find(name.Bytes());
+    return Find(name.View());
 }
 
 CEESymbol* CEESymbolTable::GetFunction(orv::String& name)
 {
-    return m_impl->functions.find(name.Bytes());
+    return m_impl->functions.find(name.View());
 }
 
 CEESymbolConstVar::CEESymbolConstVar() = default;
@@ -118,62 +123,8 @@ void CEESymbolConstVar::SetElemValue(const orv::CPolyValue& value)
     m_value = value;
 }
 
-bool CEESymbolConstVar::Eval(int argumentCount, CEEResult*, CEEResult& result)
+bool CEESymbolConstVar::Eval(int /*argumentCount*/, CEEResult* /*arguments*/, CEEResult& result)
 {
-    if (argumentCount != 0)
-        return false;
     result.SetElem(m_value);
-    return true;
-}
-
-CEESymbolFunDate::CEESymbolFunDate(int code)
-    : m_code(code)
-{
-}
-CEESymbolFunDate::~CEESymbolFunDate() = default;
-
-bool CEESymbolFunDate::Eval(int argumentCount, CEEResult* arguments, CEEResult& result)
-{
-    if (argumentCount != 1 || !arguments)
-        return false;
-    if (arguments[0].GetElemType() == orv::PolyEmpty) {
-        result = CEEResult();
-        return true;
-    }
-    std::int32_t number = 0;
-    if (arguments[0].GetElemType() != orv::PolyDate
-        || !orv::LocalDayNumber(arguments[0].GetElem().GetDateValue(), number))
-        return false;
-    const orv::CalendarDay day = orv::DayFromNumber(number);
-    switch (m_code) {
-    case EEFunctionYear:
-        result.SetElem(orv::CPolyValue(day.year));
-        return true;
-    case EEFunctionMonth:
-        result.SetElem(orv::CPolyValue(day.month));
-        return true;
-    case EEFunctionDay:
-        result.SetElem(orv::CPolyValue(day.day));
-        return true;
-    default:
-        return false;
-    }
-}
-
-CEESymbolFunVarious::CEESymbolFunVarious(int code)
-    : m_code(code)
-{
-}
-CEESymbolFunVarious::~CEESymbolFunVarious() = default;
-
-bool CEESymbolFunVarious::Eval(int argumentCount, CEEResult* arguments, CEEResult& result)
-{
-    if (m_code == EEFunctionDate)
-        return dateOf(argumentCount, arguments, result);
-    if (m_code != EEFunctionNow || argumentCount != 0)
-        return false;
-    orv::CPolyValue now;
-    now.SetDateValue(std::time(nullptr));
-    result.SetElem(std::move(now));
     return true;
 }

@@ -13,6 +13,7 @@ class CEEExpressionVar;
 class CEEExpressionUnOp;
 class CEEExpressionBinOp;
 class CEEExpressionFun;
+class CEEExpressionTree; // the library's loops over whole trees
 
 /// Operator codes of unary and binary nodes.
 enum EEOperator : int {
@@ -145,6 +146,7 @@ public:
     [[nodiscard]] CEEExpression* GetOperand() const { return m_operand; }
 
 private:
+    friend class CEEExpressionTree;
     int m_code;
     CEEExpression* m_operand;
 };
@@ -166,6 +168,7 @@ public:
     [[nodiscard]] CEEExpression* GetRight() const { return m_right; }
 
 private:
+    friend class CEEExpressionTree;
     int m_code;
     CEEExpression* m_left;
     CEEExpression* m_right;
@@ -187,6 +190,7 @@ public:
     [[nodiscard]] const std::vector<CEEExpression*>& GetArguments() const { return m_arguments; }
 
 private:
+    friend class CEEExpressionTree;
     orv::String m_name;
     std::vector<CEEExpression*> m_arguments;
 };

@@ -5,6 +5,7 @@
 #include "host/expr/Result.h"
 
 #include <memory>
+#include <string_view>
 
 /// What a name stands for in an expression.
 class TEMATICA_HOST_API CEESymbol {
@@ -48,6 +49,8 @@ public:
     void AddSymbol(orv::String name, CEESymbol* symbol);
     CEESymbol* GetSymbol(orv::String& name) override;
     CEESymbol* GetFunction(orv::String& name) override;
+    /// As `GetSymbol`, without a copy of the name.
+    [[nodiscard]] CEESymbol* Find(std::string_view name) const;
 
 private:
     class Impl;
@@ -60,6 +63,8 @@ public:
     CEESymbolConstVar();
     ~CEESymbolConstVar() override;
     void SetElemValue(const orv::CPolyValue& value);
+    /// Valid until another value is set.
+    [[nodiscard]] const orv::CPolyValue& GetElemValue() const noexcept { return m_value; }
     bool Eval(int argumentCount, CEEResult* arguments, CEEResult& result) override;
     [[nodiscard]] bool IsFunction() const override { return false; }
 

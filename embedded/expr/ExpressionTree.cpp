@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+
+#include "embedded/expr/ExpressionTree.h"
+
+#include <memory>
+#include <typeinfo>
+#include <utility>
+
+namespace {
+
+/// By the exact class: a class that derives from a node of this library has rules of its own.
+template <typename Node> Node* exactly(CEEExpression* node)
+{
+    if (!node)
+        return nullptr;
+    CEEExpression& expression = *node;
+    return &typeid(expression) == &typeid(Node) ? static_cast<Node*>(node) : nullptr;
+}
+
+} // namespace
+
+CEEExpressionConst* CEEExpressionTree::asConst(CEEExpression* node)
+{
+    return exactly<CEEExpressionConst>(node);
+}
+
+CEEExpressionVar* CEEExpressionTree::asVar(CEEExpression* node)
+{
+    return exactly<CEEExpressionVar>(node);
+}
+
+CEEExpressionUnOp* CEEExpressionTree::asUnOp(CEEExpression* node)
+{
+    return exactly<CEEExpressionUnOp>(node);
+}
+
+CEEExpressionBinOp* CEEExpressionTree::asBinOp(CEEExpression* node)
+{
+    return exactly<CEEExpressionBinOp>(node);
+}
+
+CEEExpressionFun* CEEExpressionTree::asFun(CEEExpression* node)
+{
+    return exactly<CEEExpressionFun>(node);
+}
+
+CEEExpression* CEEExpressionTree::clone(CEEExpression* root)
+{
+    // Shells first, then what belongs into their places: each shell is owned by its parent from
+    // the start, so nothing is lost when memory ends.
+    struct Place {
+        CEEExpression* source;
+        CEEExpression** target;
+    };
+    struct Root {
+        CEEExpression* node = nullptr;
+        ~Root() { delete node; }
+    } copy;
+    std::vector<Place> places { { root, &copy.node } };
+    while (!places.empty()) {
+        const Place place = places.back();
+        places.pop_back();
+        if (auto* binary = asBinOp(place.source)) {
+            auto* shell = new CEEExpressionBinOp(binary->m_code, nullptr, nullptr);
+            *place.target = shell;
+            places.push_back({ binary->m_right, &shell->m_right });
+            places.push_back({ binary->m_left, &shell->m_left });
+        } else if (auto* unary = asUnOp(place.source)) {
+            auto* shell = new CEEExpressionUnOp(unary->m_code, nullptr);
+            *place.target = shell;
+            places.push_back({ unary->m_operand, &shell->m_operand });
+        } else if (auto* call = asFun(place.source)) {
+            auto* shell = new CEEExpressionFun(
+                call->m_name, std::vector<CEEExpression*>(call->m_arguments.size()));
+            *place.target = shell;
+            for (std::size_t index = 0; index < call->m_arguments.size(); ++index)
+                places.push_back({ call->m_arguments[index], &shell->m_arguments[index] });
+        } else if (place.source)
+            *place.target = place.source->Clone();
+    }
+    return std::exchange(copy.node, nullptr);
+}
+
+bool CEEExpressionTree::isConst(const CEEExpressionBinOp& root)
+{
+    const CEEExpressionBinOp* node = &root;
+    while (true) {
+        if (!node->m_right || !node->m_right->IsConst())
+            return false;
+        const CEEExpressionBinOp* left = asBinOp(node->m_left);
+        if (!left)
+            return node->m_left && node->m_left->IsConst();
+        node = left;
+    }
+}
+
+void CEEExpressionTree::deleteChildren(CEEExpressionUnOp& node) noexcept
+{
+    while (auto* inner = asUnOp(node.m_operand)) {
+        node.m_operand = std::exchange(inner->m_operand, nullptr);
+        delete inner;
+    }
+    delete std::exchange(node.m_operand, nullptr);
+}
+
+void CEEExpressionTree::deleteChildren(CEEExpressionBinOp& node) noexcept
+{
+    // The tree is turned to the right node by node until it is a list, which is then cut from its
+    // head: each node is turned once and deleted once.
+    while (true) {
+        if (auto* unary = asUnOp(node.m_left)) {
+            node.m_left = std::exchange(unary->m_operand, nullptr);
+            delete unary;
+        } else if (auto* left = asBinOp(node.m_left)) {
+            node.m_left = left->m_left;
+            left->m_left = left->m_right;
+            left->m_right = node.m_right;
+            node.m_right = left;
+        } else if (node.m_left) {
+            delete std::exchange(node.m_left, nullptr);
+        } else if (auto* negation = asUnOp(node.m_right)) {
+            node.m_right = std::exchange(negation->m_operand, nullptr);
+            delete negation;
+        } else if (auto* right = asBinOp(node.m_right)) {
+            node.m_left = std::exchange(right->m_left, nullptr);
+            node.m_right = std::exchange(right->m_right, nullptr);
+            delete right;
+        } else {
+            delete std::exchange(node.m_right, nullptr);
+            return;
+        }
+    }
+}
