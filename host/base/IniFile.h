@@ -8,7 +8,9 @@
 
 /// The host's settings file: sections with keys and raw values (a backslash is a backslash).
 /// Errors: a missing or unreadable file or key gives the default; a failed write leaves the file as
-/// it was. Owner, thread: one object per use; writes replace the file as a whole, at once.
+/// it was. A file that is no settings file is not written over; values with line ends or with
+/// blanks at their ends, which would not read back, are refused. Owner, thread: one object per use;
+/// writes replace the file as a whole, at once.
 class TEMATICA_HOST_API CIniFile final {
 public:
     /// The host's own file.
