@@ -5,10 +5,12 @@
 #include "host/gis/LibGis.h"
 
 #include <QApplication>
+#include <QTimer>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <functional>
 
 // Through the shared library, as a host calls it.
 
@@ -66,6 +68,39 @@ TEST(EntryPointsTest, WithoutAnApplicationNothingIsShown)
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
         "tematica: FDlgShowTableGIS: the process has no QApplication, no dialog is shown\n"
         "tematica: FDlgQuery: the process has no QApplication, no dialog is shown\n");
+}
+
+/// Closes each dialog that comes up, and remembers its name.
+QStringList namesOfDialogsDuring(const std::function<void()>& call)
+{
+    QStringList names;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        if (QWidget* dialog = QApplication::activeModalWidget()) {
+            names << dialog->objectName();
+            dialog->close();
+        }
+    });
+    timer.start(5);
+    call();
+    return names;
+}
+
+TEST(EntryPointsTest, TheAttributeGridOpensAndAnswersTrueHoweverItEnds)
+{
+    int argc = 1;
+    char name[] = "entry_test";
+    char* argv[] = { name, nullptr };
+    const QApplication app(argc, argv);
+    gis::CLibGis library;
+    gis::CDBTable* table = library.CreateTable("Strade");
+    bool answer = false;
+
+    const auto names = namesOfDialogsDuring([&] { answer = FDlgShowTableGIS(&library, table); });
+
+    EXPECT_EQ(names, QStringList { QStringLiteral("CDlgShowTable") });
+    EXPECT_TRUE(answer);
+    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty()) << "something was left open";
 }
 
 } // namespace
