@@ -86,6 +86,8 @@ std::string_view word(embedded::FindingCode code)
         return "rows-taken-over";
     case FindingCode::GeometryUnsupported:
         return "geometry-unsupported";
+    case FindingCode::FieldLeftOut:
+        return "field-left-out";
     case FindingCode::LayerSkipped:
         return "layer-skipped";
     }

@@ -160,6 +160,8 @@ const char* pattern(FindingCode code)
     case FindingCode::GeometryUnsupported:
         return "layer {subject}: {count} shapes are of a kind that cannot be taken; their rows are "
                "kept without a shape";
+    case FindingCode::FieldLeftOut:
+        return "field {subject} was left out: it holds what no field can{detail}";
     case FindingCode::LayerSkipped:
         return "layer {subject} was left out{detail}";
     }

@@ -56,6 +56,7 @@ enum class FindingCode {
     ColumnGone, // subject: field; detail: table
     RowsTakenOver, // subject: table; count
     GeometryUnsupported, // subject: layer; count: curves, collections ... (row kept, no shape)
+    FieldLeftOut, // subject: field; detail: table: holds what no field can (bytes, other shapes)
     LayerSkipped, // subject: layer; detail: why
 };
 
