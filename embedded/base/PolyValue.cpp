@@ -120,7 +120,7 @@ CPolyValue& CPolyValue::operator=(const CPolyValue& other)
     if (this == &other)
         return *this;
     // Whole vectors and texts are touched only where there are some: cells are mostly numbers.
-    if (other.m_type == PolyString || m_text.Length() > 0)
+    if (other.m_type == PolyString || !m_text.View().empty())
         m_text = other.m_text;
     if (other.m_type == PolyArray || !m_elements.empty())
         m_elements = other.m_elements;
@@ -169,7 +169,7 @@ void CPolyValue::SetToEmpty()
 {
     m_type = PolyEmpty;
     m_number.asDate = 0;
-    if (m_text.Length() > 0)
+    if (!m_text.View().empty())
         m_text = "";
     m_elements.clear();
 }

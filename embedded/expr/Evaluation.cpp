@@ -7,47 +7,46 @@
 #include "host/expr/Symbols.h"
 
 #include <array>
-#include <optional>
+#include <forward_list>
 #include <typeinfo>
+#include <utility>
 
 using embedded::Operand;
 
 namespace {
 
-/// Where a result lives whose text is lent to an operand; made only when a node needs it.
-using Holder = std::optional<CEEResult>;
+/// An operator that waits for an operand.
+struct Pending {
+    const CEEExpressionBinOp* binary = nullptr; // null for a unary operator
+    const CEEExpressionUnOp* unary = nullptr;
+    bool hasLeft = false;
+    Operand left;
+};
 
-/// The operators between a node and the end of its left side. Most filters need no more than the
-/// places inside, so that a row costs no allocation.
-class LeftSide {
+/// The operators between a node and the one looked at. Most filters need no more than the places
+/// inside, so that a row costs no allocation; the others have all the memory there is, so that no
+/// filter is too deep for the stack of the thread that a host calls from.
+class PendingStack {
 public:
-    void push(const CEEExpressionBinOp* node)
-    {
-        if (m_count < m_first.size())
-            m_first[m_count] = node;
-        else
-            m_others.push_back(node);
-        ++m_count;
-    }
     [[nodiscard]] bool isEmpty() const { return m_count == 0; }
-    const CEEExpressionBinOp* pop()
+    Pending& push()
     {
-        --m_count;
-        if (m_count < m_first.size())
-            return m_first[m_count];
-        const CEEExpressionBinOp* node = m_others.back();
-        m_others.pop_back();
-        return node;
+        if (m_count++ < m_first.size())
+            return m_first[m_count - 1] = Pending();
+        return m_others.emplace_back();
+    }
+    Pending& top() { return m_count <= m_first.size() ? m_first[m_count - 1] : m_others.back(); }
+    void pop()
+    {
+        if (m_count-- > m_first.size())
+            m_others.pop_back();
     }
 
 private:
-    std::array<const CEEExpressionBinOp*, 8> m_first;
-    std::vector<const CEEExpressionBinOp*> m_others;
+    std::array<Pending, 6> m_first;
+    std::vector<Pending> m_others;
     std::size_t m_count = 0;
 };
-
-bool evaluateBinary(const CEEExpressionBinOp&, CEESymbolProvider*, Operand&);
-bool evaluateUnary(const CEEExpressionUnOp&, CEESymbolProvider*, Operand&);
 
 CEESymbol* findSymbol(CEESymbolProvider& provider, const orv::String& name)
 {
@@ -57,79 +56,120 @@ CEESymbol* findSymbol(CEESymbolProvider& provider, const orv::String& name)
     return provider.GetSymbol(copy);
 }
 
-bool evaluateVariable(
-    const CEEExpressionVar& node, CEESymbolProvider* provider, Holder& holder, Operand& value)
-{
-    CEESymbol* symbol = provider ? findSymbol(*provider, node.GetVarName()) : nullptr;
-    if (!symbol)
-        return false;
-    CEESymbol& known = *symbol;
-    if (&typeid(known) == &typeid(CEESymbolConstVar)) {
-        value = embedded::operandOf(static_cast<CEESymbolConstVar&>(known).GetElemValue());
+/// One evaluation of a tree of operators.
+class Evaluation {
+public:
+    explicit Evaluation(CEESymbolProvider* provider)
+        : m_provider(provider)
+    {
+    }
+    bool run(const CEEExpressionBinOp& root)
+    {
+        m_pending.push().binary = &root;
+        return runFrom(root.GetLeft());
+    }
+    bool run(const CEEExpressionUnOp& root)
+    {
+        m_pending.push().unary = &root;
+        return runFrom(root.GetOperand());
+    }
+    [[nodiscard]] const Operand& value() const { return m_value; }
+
+private:
+    bool runFrom(CEEExpression* node)
+    {
+        do {
+            if (!evaluateLeaf(descend(node)))
+                return false; // a failing operand fails whatever stands above it
+            node = nullptr;
+            while (!node && !m_pending.isEmpty())
+                if (!ascend(node))
+                    return false;
+        } while (node);
         return true;
     }
-    if (!known.Eval(0, nullptr, holder.emplace()))
-        return false;
-    value = embedded::operandOf(holder->GetElem());
-    return true;
-}
 
-bool evaluateOperand(
-    CEEExpression* node, CEESymbolProvider* provider, Holder& holder, Operand& value)
-{
-    using Tree = CEEExpressionTree;
-    if (const auto* variable = Tree::asVar(node))
-        return evaluateVariable(*variable, provider, holder, value);
-    if (const auto* constant = Tree::asConst(node)) {
-        value = embedded::operandOf(constant->GetValue());
+    /// Goes down to the first operand that is no operator and puts the operators passed aside.
+    CEEExpression* descend(CEEExpression* node)
+    {
+        while (true) {
+            if (const auto* binary = CEEExpressionTree::asBinOp(node)) {
+                m_pending.push().binary = binary;
+                node = binary->GetLeft();
+            } else if (const auto* unary = CEEExpressionTree::asUnOp(node)) {
+                m_pending.push().unary = unary;
+                node = unary->GetOperand();
+            } else
+                return node;
+        }
+    }
+
+    /// Gives the value to the operator that waits for it; `next` is the right operand when that is
+    /// wanted now.
+    bool ascend(CEEExpression*& next)
+    {
+        Pending& waiting = m_pending.top();
+        bool isComputed = true;
+        if (waiting.unary)
+            isComputed = embedded::computeUnary(waiting.unary->GetCode(), m_value, m_value);
+        else if (waiting.hasLeft)
+            isComputed = embedded::computeBinary(
+                waiting.binary->GetCode(), waiting.left, m_value, m_value);
+        else if (!embedded::isDecided(waiting.binary->GetCode(), m_value)) {
+            waiting.left = m_value;
+            waiting.hasLeft = true;
+            next = waiting.binary->GetRight();
+            return next != nullptr;
+        }
+        m_pending.pop();
+        return isComputed;
+    }
+
+    bool evaluateLeaf(CEEExpression* node)
+    {
+        if (const auto* variable = CEEExpressionTree::asVar(node))
+            return evaluateVariable(*variable);
+        if (const auto* constant = CEEExpressionTree::asConst(node)) {
+            m_value = embedded::operandOf(constant->GetValue());
+            return true;
+        }
+        CEEResult result;
+        if (!node || !node->Eval(m_provider, result))
+            return false;
+        take(std::move(result));
         return true;
     }
-    if (const auto* binary = Tree::asBinOp(node))
-        return evaluateBinary(*binary, provider, value);
-    if (const auto* unary = Tree::asUnOp(node))
-        return evaluateUnary(*unary, provider, value);
-    if (!node || !node->Eval(provider, holder.emplace()))
-        return false;
-    value = embedded::operandOf(holder->GetElem());
-    return true;
-}
 
-/// Brings `value`, the left operand of a node, together with the node's right operand.
-bool applyRight(const CEEExpressionBinOp& node, CEESymbolProvider* provider, Operand& value)
-{
-    if (embedded::isDecided(node.GetCode(), value))
+    bool evaluateVariable(const CEEExpressionVar& node)
+    {
+        CEESymbol* symbol = m_provider ? findSymbol(*m_provider, node.GetVarName()) : nullptr;
+        if (!symbol)
+            return false;
+        CEESymbol& known = *symbol;
+        if (&typeid(known) == &typeid(CEESymbolConstVar)) {
+            m_value = embedded::operandOf(static_cast<CEESymbolConstVar&>(known).GetElemValue());
+            return true;
+        }
+        CEEResult result;
+        if (!known.Eval(0, nullptr, result))
+            return false;
+        take(std::move(result));
         return true;
-    Holder holder;
-    Operand right;
-    return evaluateOperand(node.GetRight(), provider, holder, right)
-        && embedded::computeBinary(node.GetCode(), value, right, value);
-}
-
-bool evaluateBinary(const CEEExpressionBinOp& root, CEESymbolProvider* provider, Operand& value)
-{
-    LeftSide operators;
-    const CEEExpressionBinOp* node = &root;
-    CEEExpression* leftmost = nullptr;
-    while (node) {
-        operators.push(node);
-        leftmost = node->GetLeft();
-        node = CEEExpressionTree::asBinOp(leftmost);
     }
-    Holder holder;
-    if (!evaluateOperand(leftmost, provider, holder, value))
-        return false;
-    while (!operators.isEmpty())
-        if (!applyRight(*operators.pop(), provider, value))
-            return false; // a failing left operand fails whatever stands above it
-    return true;
-}
 
-bool evaluateUnary(const CEEExpressionUnOp& root, CEESymbolProvider* provider, Operand& value)
-{
-    Holder holder;
-    return evaluateOperand(root.GetOperand(), provider, holder, value)
-        && embedded::computeUnary(root.GetCode(), value, value);
-}
+    /// A text has to live as long as the operand that lends it.
+    void take(CEEResult&& result)
+    {
+        const bool isText = result.GetElemType() == orv::PolyString;
+        m_value = embedded::operandOf(
+            isText ? m_texts.emplace_front(std::move(result)).GetElem() : result.GetElem());
+    }
+
+    CEESymbolProvider* m_provider;
+    PendingStack m_pending;
+    Operand m_value;
+    std::forward_list<CEEResult> m_texts;
+};
 
 void store(const Operand& value, CEEResult& result)
 {
@@ -142,24 +182,26 @@ void store(const Operand& value, CEEResult& result)
     result.SetElem(std::move(element));
 }
 
+template <typename Node>
+bool evaluateTree(const Node& root, CEESymbolProvider* provider, CEEResult& result)
+{
+    Evaluation evaluation(provider);
+    if (!evaluation.run(root))
+        return false;
+    store(evaluation.value(), result);
+    return true;
+}
+
 } // namespace
 
 bool CEEExpressionTree::evaluate(
     const CEEExpressionBinOp& root, CEESymbolProvider* provider, CEEResult& result)
 {
-    Operand value;
-    if (!evaluateBinary(root, provider, value))
-        return false;
-    store(value, result);
-    return true;
+    return evaluateTree(root, provider, result);
 }
 
 bool CEEExpressionTree::evaluate(
     const CEEExpressionUnOp& root, CEESymbolProvider* provider, CEEResult& result)
 {
-    Operand value;
-    if (!evaluateUnary(root, provider, value))
-        return false;
-    store(value, result);
-    return true;
+    return evaluateTree(root, provider, result);
 }

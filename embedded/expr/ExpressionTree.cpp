@@ -9,40 +9,41 @@
 
 namespace {
 
-/// By the exact class: a class that derives from a node of this library has rules of its own.
-template <typename Node> Node* exactly(CEEExpression* node)
+template <typename Node> Node* as(CEEExpression* node, CEEExpressionTree::Match match)
 {
     if (!node)
         return nullptr;
     CEEExpression& expression = *node;
-    return &typeid(expression) == &typeid(Node) ? static_cast<Node*>(node) : nullptr;
+    if (&typeid(expression) == &typeid(Node))
+        return static_cast<Node*>(node);
+    return match == CEEExpressionTree::Match::Derived ? dynamic_cast<Node*>(node) : nullptr;
 }
 
 } // namespace
 
-CEEExpressionConst* CEEExpressionTree::asConst(CEEExpression* node)
+CEEExpressionConst* CEEExpressionTree::asConst(CEEExpression* node, Match match)
 {
-    return exactly<CEEExpressionConst>(node);
+    return as<CEEExpressionConst>(node, match);
 }
 
-CEEExpressionVar* CEEExpressionTree::asVar(CEEExpression* node)
+CEEExpressionVar* CEEExpressionTree::asVar(CEEExpression* node, Match match)
 {
-    return exactly<CEEExpressionVar>(node);
+    return as<CEEExpressionVar>(node, match);
 }
 
-CEEExpressionUnOp* CEEExpressionTree::asUnOp(CEEExpression* node)
+CEEExpressionUnOp* CEEExpressionTree::asUnOp(CEEExpression* node, Match match)
 {
-    return exactly<CEEExpressionUnOp>(node);
+    return as<CEEExpressionUnOp>(node, match);
 }
 
-CEEExpressionBinOp* CEEExpressionTree::asBinOp(CEEExpression* node)
+CEEExpressionBinOp* CEEExpressionTree::asBinOp(CEEExpression* node, Match match)
 {
-    return exactly<CEEExpressionBinOp>(node);
+    return as<CEEExpressionBinOp>(node, match);
 }
 
-CEEExpressionFun* CEEExpressionTree::asFun(CEEExpression* node)
+CEEExpressionFun* CEEExpressionTree::asFun(CEEExpression* node, Match match)
 {
-    return exactly<CEEExpressionFun>(node);
+    return as<CEEExpressionFun>(node, match);
 }
 
 CEEExpression* CEEExpressionTree::clone(CEEExpression* root)
@@ -61,16 +62,17 @@ CEEExpression* CEEExpressionTree::clone(CEEExpression* root)
     while (!places.empty()) {
         const Place place = places.back();
         places.pop_back();
-        if (auto* binary = asBinOp(place.source)) {
+        const Match match = place.source == root ? Match::Derived : Match::Exact;
+        if (auto* binary = asBinOp(place.source, match)) {
             auto* shell = new CEEExpressionBinOp(binary->m_code, nullptr, nullptr);
             *place.target = shell;
             places.push_back({ binary->m_right, &shell->m_right });
             places.push_back({ binary->m_left, &shell->m_left });
-        } else if (auto* unary = asUnOp(place.source)) {
+        } else if (auto* unary = asUnOp(place.source, match)) {
             auto* shell = new CEEExpressionUnOp(unary->m_code, nullptr);
             *place.target = shell;
             places.push_back({ unary->m_operand, &shell->m_operand });
-        } else if (auto* call = asFun(place.source)) {
+        } else if (auto* call = asFun(place.source, match)) {
             auto* shell = new CEEExpressionFun(
                 call->m_name, std::vector<CEEExpression*>(call->m_arguments.size()));
             *place.target = shell;

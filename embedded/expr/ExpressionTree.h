@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Work over whole trees that must not recurse down the left side: chains of operators grow there
-// with the length of a filter, while all other nesting is bounded by the parser's stack.
+// Work over whole trees without recursion: chains of operators grow to the left with the length of
+// a filter, and a host may call from a thread with a small stack.
 
 #include "host/expr/Expression.h"
 
@@ -26,11 +26,12 @@ public:
     static void deleteChildren(CEEExpressionUnOp& node) noexcept;
     static void deleteChildren(CEEExpressionBinOp& node) noexcept;
 
-    /// The node as one of this library's own, null for any other: what derives from them evaluates
-    /// and copies itself.
-    static CEEExpressionConst* asConst(CEEExpression* node);
-    static CEEExpressionVar* asVar(CEEExpression* node);
-    static CEEExpressionUnOp* asUnOp(CEEExpression* node);
-    static CEEExpressionBinOp* asBinOp(CEEExpression* node);
-    static CEEExpressionFun* asFun(CEEExpression* node);
+    /// Which classes count as a node of this library: only its own, since what derives from them
+    /// evaluates and copies itself, or also those, where the node itself has asked for the work.
+    enum class Match { Exact, Derived };
+    static CEEExpressionConst* asConst(CEEExpression* node, Match match = Match::Exact);
+    static CEEExpressionVar* asVar(CEEExpression* node, Match match = Match::Exact);
+    static CEEExpressionUnOp* asUnOp(CEEExpression* node, Match match = Match::Exact);
+    static CEEExpressionBinOp* asBinOp(CEEExpression* node, Match match = Match::Exact);
+    static CEEExpressionFun* asFun(CEEExpression* node, Match match = Match::Exact);
 };

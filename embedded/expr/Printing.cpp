@@ -175,24 +175,25 @@ void pushCall(Pieces& pieces, const CEEExpressionFun& call)
     pieces.push_back({ nullptr, call.GetName().View() });
 }
 
-void writeNode(Pieces& pieces, CEEExpression* node, std::string& text)
+void writeNode(
+    Pieces& pieces, CEEExpression* node, CEEExpressionTree::Match match, std::string& text)
 {
     using Tree = CEEExpressionTree;
-    if (const auto* binary = Tree::asBinOp(node)) {
+    if (const auto* binary = Tree::asBinOp(node, match)) {
         const OperatorText symbol = operatorText(binary->GetCode());
         // Operators of one rank group to the left, and comparisons do not chain.
         const bool isComparison = symbol.binding == BindsComparison;
         pushOperand(pieces, binary->GetRight(), symbol.binding + 1);
         pieces.push_back({ nullptr, symbol.text });
         pushOperand(pieces, binary->GetLeft(), symbol.binding + (isComparison ? 1 : 0));
-    } else if (const auto* unary = Tree::asUnOp(node)) {
+    } else if (const auto* unary = Tree::asUnOp(node, match)) {
         pushOperand(pieces, unary->GetOperand(), BindsNot + 1);
         pieces.push_back({ nullptr, "NOT " });
-    } else if (const auto* call = Tree::asFun(node))
+    } else if (const auto* call = Tree::asFun(node, match))
         pushCall(pieces, *call);
-    else if (const auto* variable = Tree::asVar(node))
+    else if (const auto* variable = Tree::asVar(node, match))
         text += nameText(variable->GetVarName().View());
-    else if (const auto* constant = Tree::asConst(node))
+    else if (const auto* constant = Tree::asConst(node, match))
         text += constantText(constant->GetValue());
     else if (node)
         text += node->ToString().View();
@@ -209,8 +210,9 @@ orv::String CEEExpressionTree::print(const CEEExpression& root)
         const Piece piece = pieces.back();
         pieces.pop_back();
         text += piece.text;
+        const Match match = piece.node == &root ? Match::Derived : Match::Exact;
         if (piece.node)
-            writeNode(pieces, piece.node, text);
+            writeNode(pieces, piece.node, match, text);
     }
     return orv::String(std::string_view(text));
 }

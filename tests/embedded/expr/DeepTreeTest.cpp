@@ -102,7 +102,7 @@ TEST_F(DeepTreeTest, AChainOfSumsIsEvaluatedOnASmallStack)
     });
 }
 
-TEST_F(DeepTreeTest, ChainsOfAnyShapeAreDestroyedAndCopiedOnASmallStack)
+TEST_F(DeepTreeTest, ChainsOfAnyShapeAreEvaluatedCopiedAndDestroyedOnASmallStack)
 {
     int alive = 0;
     runOnStack(SmallStack, [&] {
@@ -121,27 +121,33 @@ TEST_F(DeepTreeTest, ChainsOfAnyShapeAreDestroyedAndCopiedOnASmallStack)
             const Node owner(tree);
             const Node copy(tree->Clone());
             EXPECT_GT(copy->ToString().Length(), Terms);
+            EXPECT_EQ(valueOf(*copy).value.GetType(), orv::PolyBool);
         }
     });
     EXPECT_EQ(alive, 0);
 }
 
-TEST_F(DeepTreeTest, TheNestingThatTheParserAllowsIsEvaluatedOnAWorkersStack)
+/// Answers with its argument.
+class Identity final : public CEESymbol {
+public:
+    bool Eval(int argumentCount, CEEResult* arguments, CEEResult& result) override
+    {
+        result = arguments[0];
+        return argumentCount == 1;
+    }
+    [[nodiscard]] bool IsFunction() const override { return true; }
+};
+
+TEST_F(DeepTreeTest, CallsNestedAsDeepAsTheParserAllowsAreEvaluatedOnAWorkersStack)
 {
-    // Its stack of 10,000 places takes two for each NOT ( and three for each a = 1 AND (.
+    table.AddSymbol("f", new Identity);
+    // Its stack of 10,000 places takes two for each f(.
     runOnStack(WorkerStack, [this] {
         symbol->SetElemValue(CPolyValue(1));
-        CEEExpression* nested = equality(1);
-        CEEExpression* negated = equality(1);
-        CEEExpression* functions = variable("a");
-        for (int index = 0; index < 5000; ++index) {
-            nested = binary(EEAnd, equality(1), nested);
-            negated = negation(negated);
-            functions = call("Unknown", { functions });
-        }
-        EXPECT_EQ(valueOf(*Node(nested)), gives(true));
-        EXPECT_EQ(valueOf(*Node(negated)), gives(true));
-        EXPECT_EQ(valueOf(*Node(functions)), fails);
+        CEEExpression* calls = variable("a");
+        for (int index = 0; index < 5000; ++index)
+            calls = call("f", { calls });
+        EXPECT_EQ(valueOf(*Node(calls)), gives(1));
     });
 }
 

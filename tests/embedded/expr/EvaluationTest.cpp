@@ -144,6 +144,19 @@ TEST_F(EvaluationTest, TextsOfNodesOfOthersAreComparedWhole)
     EXPECT_EQ(evaluate(binary(EEEqual, foreign(gives(longText)), constant(longText))), gives(true));
 }
 
+TEST_F(EvaluationTest, TextsOfNodesOfOthersLiveUntilTheyAreCompared)
+{
+    const auto text = [](const char* value) { return foreign(gives(CPolyValue(value))); };
+    const char* longText = "a text that does not lie inside the object itself";
+
+    // The left text waits while a whole condition with texts of its own is computed to its right.
+    CEEExpression* right = binary(EEEqual, text("another text that is allocated"), text(longText));
+    EXPECT_EQ(evaluate(binary(EEEqual, text(longText), right)), fails);
+    EXPECT_EQ(evaluate(binary(EEOr, binary(EEEqual, text("x"), text(longText)),
+                  binary(EEEqual, text(longText), text(longText)))),
+        gives(true));
+}
+
 TEST_F(EvaluationTest, MissingOperandsFail)
 {
     EXPECT_EQ(evaluate(binary(EEAdd, nullptr, constant(1))), fails);
@@ -233,6 +246,37 @@ TEST_F(EvaluationTest, WhatDerivesFromANodeKeepsItsOwnRules)
     EXPECT_EQ(
         evaluate(binary(EEAdd, new DerivedOperator(EEAdd, constant(1), constant(2)), constant(1))),
         gives(78));
+}
+
+/// Nodes of others that add nothing but data of their own.
+template <typename Node> class Plain final : public Node {
+public:
+    using Node::Node;
+};
+
+TEST_F(EvaluationTest, WhatDerivesWithoutRulesOfItsOwnWorksAsTheNodeDoes)
+{
+    const auto check = [this](CEEExpression* tree, const Outcome& outcome, const char* text) {
+        const Node node(tree);
+        const Node copy(tree->Clone());
+        EXPECT_EQ(node->ToString().View(), text);
+        EXPECT_EQ(copy->ToString().View(), text);
+        EXPECT_EQ(evaluate(tree->Clone(), &table), outcome);
+        EXPECT_EQ(
+            evaluate(binary(EEAnd, constant(CPolyValue(true)), tree->Clone()), &table), outcome);
+    };
+    table.AddSymbol("Now", new CEESymbolFunVarious(EEFunctionNow));
+
+    check(new Plain<CEEExpressionBinOp>(EEEqual, constant(1), constant(1)), gives(true), "1 = 1");
+    check(new Plain<CEEExpressionUnOp>(EENot, variable("Attivo")), gives(false), "NOT Attivo");
+    check(new Plain<CEEExpressionConst>(CPolyValue(true)), gives(true), "TRUE");
+    check(new Plain<CEEExpressionVar>("Attivo"), gives(true), "Attivo");
+    EXPECT_EQ(Node(new Plain<CEEExpressionFun>("Now", std::vector<CEEExpression*>()))->ToString(),
+        "Now()");
+    EXPECT_EQ(evaluate(new Plain<CEEExpressionBinOp>(EEAdd, constant(1), constant(2))), gives(3));
+    EXPECT_EQ(evaluate(binary(EEAdd, new Plain<CEEExpressionBinOp>(EEAdd, constant(1), constant(2)),
+                  constant(3))),
+        gives(6));
 }
 
 TEST(ResultTest, ABooleanIsReadOnlyFromABoolean)
