@@ -63,7 +63,8 @@ private:
     using Number = DbfNumber (*)(std::string_view);
 
     template <typename Each> void forEachCell(const Each& each);
-    void readTexts(bool asNumbers);
+    /// `fromRight`: numbers and types that nobody knows may stand at the right of their cells.
+    void readTexts(bool fromRight);
     void readMemos();
     void readNumbers(Number parse, bool isReal);
     void readLogicals();
@@ -147,17 +148,17 @@ void ColumnReader::reportWidth()
                 + " bytes in the records",
             FindingSeverity::Warning);
     else if (m_field.widthBytes == 0)
-        reportType("width 0: no values", FindingSeverity::Warning);
+        reportType("width 0: no values");
 }
 
-void ColumnReader::readTexts(bool asNumbers)
+void ColumnReader::readTexts(bool fromRight)
 {
     begin(gis::FieldFormat::Text);
     std::int64_t invalid = 0;
     forEachCell([&](std::string_view cell) {
         bool isValid = true;
-        std::string_view text = m_decoder.cell(asNumbers ? trimmedCell(cell) : cell, isValid);
-        if (asNumbers && text.find_first_not_of('*') == std::string_view::npos)
+        std::string_view text = m_decoder.cell(fromRight ? trimmedCell(cell) : cell, isValid);
+        if (fromRight && text.find_first_not_of('*') == std::string_view::npos)
             text = {};
         invalid += isValid ? 0 : 1;
         appendText(text);
@@ -303,7 +304,7 @@ void ColumnReader::readUnknown()
     reportType("text: column type "
         + (isPrintable ? "'" + std::string(1, type) + "'"
                        : std::to_string(static_cast<unsigned char>(type))));
-    readTexts(false);
+    readTexts(true);
 }
 
 ColumnReader::Number ColumnReader::binaryNumber() const
