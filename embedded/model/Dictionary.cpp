@@ -72,7 +72,7 @@ struct Dictionary::Data {
         }
         const char* keep(std::string_view text)
         {
-            if (text.size() > arenaLeft) {
+            if (text.size() > arenaLeft || arenas.empty()) {
                 const std::size_t size
                     = std::max(entries.size() < 64 ? std::size_t(1024) : ArenaBytes, text.size());
                 arenas.emplace_back(new char[size]);
