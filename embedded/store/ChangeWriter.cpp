@@ -206,7 +206,7 @@ TableWork workFor(
             continue;
         if (!growsOnlyAtItsEnd(connection, state, stored, *theme))
             return TableWork::Whole;
-        hasChanges = hasChanges || !stored.partOf(theme->storeId);
+        hasChanges = hasChanges || theme->storeId == 0 || !stored.partOf(theme->storeId);
     }
     if (!hasChanges)
         return TableWork::Nothing;
