@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "query/dialog/DlgQueryPage2.h"
+
+#include "query/dialog/DlgQuerySheet.h"
+#include "tables/grid/CtrlShowTable.h"
+
+#include "kit/Form.h"
+
+#include <QVBoxLayout>
+
+CDlgQueryPage2::CDlgQueryPage2(CDlgQuerySheet& sheet)
+    : CDlgQueryPageBase(sheet)
+{
+    kit::preparePage(*this, "CDlgQueryPage2");
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+}
+
+CDlgQueryPage2::~CDlgQueryPage2() = default;
+
+void CDlgQueryPage2::OnSetActive()
+{
+    if (!m_grid) {
+        gis::CLibGis* library = sheet().Library();
+        m_grid = std::make_unique<CCtrlShowTable>(
+            sheet().Engine(), sheet().Drawing(), library, sheet().Table(), this);
+        m_grid->SetEditable(false);
+        std::vector<orv::CResultRow*> rows;
+        rows.reserve(sheet().Found().size());
+        for (gis::CEnt* entity : sheet().Found())
+            rows.push_back(library->GetRow(entity));
+        m_grid->Fill(rows);
+        layout()->addWidget(m_grid.get());
+        m_grid->show();
+    }
+    CDlgQueryPageBase::OnSetActive();
+}
+
+void CDlgQueryPage2::DropGrid()
+{
+    m_grid.reset();
+}

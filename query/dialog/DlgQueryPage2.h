@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "query/dialog/DlgQueryPageBase.h"
+
+#include <memory>
+
+class CCtrlShowTable;
+
+/// "Risultato": the rows of the found entities in a grid that is not edited. The grid is made when
+/// the page comes to the front and has none.
+class CDlgQueryPage2 final : public CDlgQueryPageBase {
+    Q_OBJECT
+
+public:
+    explicit CDlgQueryPage2(CDlgQuerySheet& sheet);
+    ~CDlgQueryPage2() override;
+
+    void OnSetActive() override;
+    void DropGrid();
+
+private:
+    std::unique_ptr<CCtrlShowTable> m_grid;
+};

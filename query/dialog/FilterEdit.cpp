@@ -1,0 +1,174 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "query/dialog/FilterEdit.h"
+
+#include "kit/Icons.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QCompleter>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QStringListModel>
+#include <QValidator>
+
+namespace query {
+
+namespace {
+
+/// Turns line ends and tabs into blanks, one for one: an edit of one line keeps them, and the
+/// parser refuses a carriage return.
+class CBlanksForLineEnds final : public QValidator {
+public:
+    using QValidator::QValidator;
+    State validate(QString& text, int&) const override
+    {
+        for (QChar& c : text)
+            if (c == QLatin1Char('\r') || c == QLatin1Char('\n') || c == QLatin1Char('\t'))
+                c = QLatin1Char(' ');
+        return Acceptable;
+    }
+};
+
+const QStringList& keywords()
+{
+    static const QStringList words { QStringLiteral("AND"), QStringLiteral("OR"),
+        QStringLiteral("NOT"), QStringLiteral("LIKE"), QStringLiteral("IS NULL"),
+        QStringLiteral("IS NOT NULL"), QStringLiteral("TRUE"), QStringLiteral("FALSE"),
+        QStringLiteral("Date("), QStringLiteral("Year("), QStringLiteral("Month("),
+        QStringLiteral("Day("), QStringLiteral("Now()") };
+    return words;
+}
+
+bool isWordCharacter(QChar c)
+{
+    return c.unicode() >= 0x80 || c.isLetterOrNumber() || QStringLiteral("!#$%_").contains(c);
+}
+
+/// A name as the language takes it: in brackets where it is no plain word.
+QString writtenName(const QString& name)
+{
+    static const QStringList reserved { QStringLiteral("and"), QStringLiteral("or"),
+        QStringLiteral("not"), QStringLiteral("is"), QStringLiteral("null"), QStringLiteral("in"),
+        QStringLiteral("like"), QStringLiteral("between"), QStringLiteral("true"),
+        QStringLiteral("false") };
+    bool isPlain = !name.isEmpty() && !reserved.contains(name.toLower());
+    bool hasOther = false;
+    for (const QChar c : name) {
+        isPlain = isPlain && isWordCharacter(c);
+        hasOther = hasOther || !c.isDigit();
+    }
+    return isPlain && hasOther ? name : QLatin1Char('[') + name + QLatin1Char(']');
+}
+
+} // namespace
+
+CFilterEdit::CFilterEdit(QWidget* parent)
+    : QLineEdit(parent)
+    , m_words(new QStringListModel(this))
+    , m_completer(new QCompleter(m_words, this))
+    , m_historyAction(addAction(kit::icon("history"), TrailingPosition))
+{
+    setValidator(new CBlanksForLineEnds(this));
+    m_completer->setWidget(this);
+    m_completer->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
+    connect(m_completer, qOverload<const QString&>(&QCompleter::activated), this,
+        &CFilterEdit::takeCompletion);
+    connect(this, &QLineEdit::textEdited, this, [this] {
+        if (m_completer->popup()->isVisible())
+            complete();
+    });
+    m_historyAction->setToolTip(QStringLiteral("Ultime interrogazioni (Alt+Giù)"));
+    m_historyAction->setEnabled(false);
+    connect(m_historyAction, &QAction::triggered, this, &CFilterEdit::offerHistory);
+}
+
+void CFilterEdit::setFieldNames(const QStringList& names)
+{
+    m_fieldNames.clear();
+    for (const QString& name : names)
+        m_fieldNames.append(writtenName(name));
+}
+
+void CFilterEdit::setHistory(const QStringList& filters)
+{
+    m_history = filters;
+    m_historyAction->setEnabled(!filters.isEmpty());
+}
+
+QString CFilterEdit::typedWord() const
+{
+    const QString before = text().left(cursorPosition());
+    const auto bracket = before.lastIndexOf(QLatin1Char('['));
+    if (bracket > before.lastIndexOf(QLatin1Char(']')))
+        return before.mid(bracket);
+    auto start = before.size();
+    while (start > 0 && isWordCharacter(before[start - 1]))
+        --start;
+    return before.mid(start);
+}
+
+QStringList CFilterEdit::completions() const
+{
+    const QString typed = typedWord();
+    QStringList found;
+    for (const QString& word : m_fieldNames + keywords()) {
+        const bool isBracketed = word.startsWith(QLatin1Char('['));
+        const bool fits = word.startsWith(typed, Qt::CaseInsensitive)
+            || (isBracketed && !typed.isEmpty()
+                && word.mid(1).startsWith(typed, Qt::CaseInsensitive));
+        if (fits && !found.contains(word))
+            found.append(word);
+    }
+    return found;
+}
+
+void CFilterEdit::complete()
+{
+    const QStringList found = completions();
+    m_words->setStringList(found);
+    if (found.isEmpty()) {
+        m_completer->popup()->hide();
+        return;
+    }
+    const QRect caret = cursorRect();
+    const int width = m_completer->popup()->sizeHintForColumn(0) + 40;
+    m_completer->complete(QRect(caret.left(), 0, qMax(width, 120), height()));
+    m_completer->popup()->setCurrentIndex(m_words->index(0));
+}
+
+void CFilterEdit::takeCompletion(const QString& word)
+{
+    const auto typed = typedWord().size();
+    const auto start = cursorPosition() - typed;
+    setSelection(static_cast<int>(start), static_cast<int>(typed));
+    insert(word);
+}
+
+void CFilterEdit::offerHistory()
+{
+    if (m_history.isEmpty())
+        return;
+    QMenu menu(this);
+    for (const QString& filter : m_history) {
+        QString shown = filter.left(100);
+        shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
+        connect(menu.addAction(shown), &QAction::triggered, this, [this, filter] {
+            selectAll();
+            insert(filter);
+        });
+    }
+    menu.exec(mapToGlobal(QPoint(0, height())));
+}
+
+void CFilterEdit::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::ControlModifier)
+        complete();
+    else if (event->key() == Qt::Key_Down && event->modifiers() == Qt::AltModifier)
+        offerHistory();
+    else
+        QLineEdit::keyPressEvent(event);
+}
+
+} // namespace query

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLineEdit>
+#include <QStringList>
+
+class QCompleter;
+class QStringListModel;
+
+namespace query {
+
+/// The edit of the filter: one line in which pasted line ends and tabs become blanks; Ctrl+Space
+/// completes keywords and field names, Alt+Down (or the button at its end) offers the last filters.
+class CFilterEdit final : public QLineEdit {
+    Q_OBJECT
+
+public:
+    explicit CFilterEdit(QWidget* parent = nullptr);
+
+    void setFieldNames(const QStringList& names);
+    void setHistory(const QStringList& filters);
+
+    /// Words that may stand where the caret is, by what was typed of them; for the pop-up and
+    /// tests.
+    [[nodiscard]] QStringList completions() const;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    [[nodiscard]] QString typedWord() const;
+    void complete();
+    void takeCompletion(const QString& word);
+    void offerHistory();
+
+    QStringListModel* m_words;
+    QCompleter* m_completer;
+    QStringList m_fieldNames;
+    QStringList m_history;
+    QAction* m_historyAction;
+};
+
+} // namespace query
