@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QTest>
 
 namespace {
 
@@ -127,4 +128,4 @@ TEST_P(DialogChecksTest, EscapeCancelsAndNoWidgetIsLeft)
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(DialogChecksTest);
 INSTANTIATE_TEST_SUITE_P(All, DialogChecksTest, testing::ValuesIn(ui::registeredDialogs()),
-    [](const auto& info) { return info.param.className; });
+    [](const testing::TestParamInfo<ui::DialogEntry>& entry) { return entry.param.className; });

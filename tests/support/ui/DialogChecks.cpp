@@ -67,6 +67,9 @@ QtMessageHandler previousHandler = nullptr;
 
 void collect(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
+    // Said by the offscreen platform itself for every window with a least size.
+    if (text.startsWith(QLatin1String("This plugin does not support propagateSizeHints")))
+        return;
     if (collected && (type == QtWarningMsg || type == QtCriticalMsg))
         collected->append(text);
     else if (previousHandler)
