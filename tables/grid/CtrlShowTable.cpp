@@ -160,7 +160,7 @@ void CCtrlShowTable::showRefusal()
     const QModelIndex cell = m_refused;
     m_refused = QPersistentModelIndex();
     FMessageBox(this, tables::CCtrlDlgShowTable::outsideBounds());
-    m_view->setCurrentIndex(cell);
+    m_view->makeCurrent(cell);
     m_view->setFocus();
     m_view->update(cell);
 }
@@ -240,7 +240,7 @@ void CCtrlShowTable::findNext(bool isForward)
         ? QString()
         : QStringLiteral("Nessuna cella contiene \"") + m_findBar->sought() + QLatin1Char('"');
     if (place.isFound())
-        m_view->setCurrentIndex(m_model.index(place.viewRow, place.field));
+        m_view->makeCurrent(m_model.index(place.viewRow, place.field));
     renderStatus();
 }
 

@@ -44,6 +44,7 @@ CGridView::CGridView(QWidget* parent)
     verticalHeader()->setDefaultAlignment(Qt::AlignCenter);
     horizontalHeader()->setDefaultSectionSize(ColumnWidthPixels);
     horizontalHeader()->setSectionsMovable(false);
+    horizontalHeader()->setTextElideMode(Qt::ElideRight);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     horizontalHeader()->setSortIndicatorClearable(true); // the third click: fill order again
@@ -74,6 +75,12 @@ void CGridView::fitRowNumbers()
     const QString greatest = QString::number(model() ? model()->rowCount() : 0);
     const int needed = verticalHeader()->fontMetrics().horizontalAdvance(greatest) + 8;
     verticalHeader()->setFixedWidth(std::max(RowNumberWidthPixels, needed));
+}
+
+void CGridView::makeCurrent(const QModelIndex& index)
+{
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    scrollTo(index);
 }
 
 void CGridView::commitOpenEditor()
@@ -130,8 +137,7 @@ void CGridView::keyPressEvent(QKeyEvent* event)
         // ends an entry, pressed once too often, would close the table.
         if (state() != EditingState && currentIndex().isValid()
             && currentIndex().row() + 1 < model()->rowCount())
-            setCurrentIndex(
-                currentIndex().sibling(currentIndex().row() + 1, currentIndex().column()));
+            makeCurrent(currentIndex().sibling(currentIndex().row() + 1, currentIndex().column()));
     } else {
         QTableView::keyPressEvent(event);
     }

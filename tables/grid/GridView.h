@@ -26,6 +26,8 @@ public:
     explicit CGridView(QWidget* parent = nullptr);
 
     void setGridModel(CGridModel& model);
+    /// The cell becomes the current one and is scrolled into sight; which rows are selected stays.
+    void makeCurrent(const QModelIndex& index);
     /// Puts what was typed into an open editor into the grid and closes the editor.
     void commitOpenEditor();
     /// The selected rows of the view; none where rows are not selected.

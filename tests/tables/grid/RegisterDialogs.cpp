@@ -28,7 +28,7 @@ bool showState(QDialog& dialog, int state)
     auto& view = grid->view();
     QTest::keyClick(&view, Qt::Key_F, Qt::ControlModifier);
     view.selectRuns({ { 2, 4 }, { 7, 7 } });
-    view.setCurrentIndex(grid->model().index(1, 4));
+    view.makeCurrent(grid->model().index(1, 4));
     grid->model().setData(grid->model().index(1, 4), QStringLiteral("7.5"), Qt::EditRole);
     return true;
 }
