@@ -15,7 +15,7 @@ namespace tables {
 
 namespace {
 
-constexpr QRgb PredefinedBackground = 0xD2FFDF;
+constexpr QRgb PredefinedBackground = qRgb(223, 255, 210);
 
 } // namespace
 

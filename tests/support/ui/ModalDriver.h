@@ -6,6 +6,7 @@
 #include "kit/MessageBox.h"
 
 #include <QDialog>
+#include <QMessageBox>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -13,7 +14,6 @@
 #include <deque>
 #include <functional>
 
-class QMessageBox;
 
 namespace ui {
 
