@@ -4,11 +4,14 @@
 
 #include "embedded/model/TableData.h"
 
+#include "host/gis/Feedback.h"
+
 #include <algorithm>
 
 namespace gis {
 
 IColumns::~IColumns() = default;
+IFeedback::~IFeedback() = default;
 
 } // namespace gis
 
