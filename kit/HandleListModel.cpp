@@ -36,7 +36,7 @@ int CHandleListModel::rowCount(const QModelIndex& parent) const
 
 QVariant CHandleListModel::data(const QModelIndex& index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!index.isValid() || index.row() >= rowCount())
         return {};
     const ListItem& item = m_items[static_cast<std::size_t>(index.row())];
     switch (role) {

@@ -23,7 +23,7 @@ int CValueListModel::rowCount(const QModelIndex& parent) const
 
 QVariant CValueListModel::data(const QModelIndex& index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role != Qt::DisplayRole)
+    if (!index.isValid() || index.row() >= rowCount() || role != Qt::DisplayRole)
         return {};
     return QString::fromStdString(m_texts[static_cast<std::size_t>(index.row())]);
 }

@@ -72,6 +72,13 @@ QWidget* CGridDelegate::createEditor(
     return m_editor;
 }
 
+void CGridDelegate::destroyEditor(QWidget* editor, const QModelIndex& index) const
+{
+    if (editor == m_editor)
+        m_editor.clear(); // it lives on until the events have run
+    QStyledItemDelegate::destroyEditor(editor, index);
+}
+
 void CGridDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
 {
     const QString text = index.data(Qt::EditRole).toString();

@@ -52,6 +52,11 @@ int CGridModel::viewRow(int fillRow) const
     return found == m_order.end() ? -1 : static_cast<int>(found - m_order.begin());
 }
 
+bool CGridModel::isCell(const QModelIndex& index) const
+{
+    return index.isValid() && index.row() < m_rowCount && index.column() < m_contents.fieldCount();
+}
+
 int CGridModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : m_rowCount;
@@ -64,7 +69,7 @@ int CGridModel::columnCount(const QModelIndex& parent) const
 
 QVariant CGridModel::data(const QModelIndex& index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!isCell(index))
         return {};
     const int row = fillRow(index.row());
     switch (role) {
@@ -88,8 +93,7 @@ QVariant CGridModel::data(const QModelIndex& index, int role) const
 
 bool CGridModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
-    if (role != Qt::EditRole || !checkIndex(index, CheckIndexOption::IndexIsValid)
-        || !isEditable(index.column()))
+    if (role != Qt::EditRole || !isCell(index) || !isEditable(index.column()))
         return false;
     const QString text = value.toString();
     // Compared as shown: bytes that are no valid text would not survive the way through the editor.
@@ -125,7 +129,7 @@ QVariant CGridModel::headerData(int section, Qt::Orientation orientation, int ro
 
 Qt::ItemFlags CGridModel::flags(const QModelIndex& index) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!isCell(index))
         return Qt::NoItemFlags;
     const Qt::ItemFlags shown = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
     return isEditable(index.column()) ? shown | Qt::ItemIsEditable : shown;

@@ -50,6 +50,7 @@ Q_SIGNALS:
     void sorted();
 
 private:
+    [[nodiscard]] bool isCell(const QModelIndex& index) const;
     bool order(int field, Qt::SortOrder order, std::vector<int>& rows);
 
     CGridContents& m_contents;

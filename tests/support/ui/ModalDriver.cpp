@@ -35,8 +35,7 @@ QMessageBox::StandardButton buttonOf(kit::Answer answer)
 
 CModalDriver::CModalDriver(int timeoutMs)
 {
-    connect(&m_timer, &QTimer::timeout, this, &CModalDriver::look);
-    m_timer.start(2);
+    lookAgain();
     m_limit.setSingleShot(true);
     connect(&m_limit, &QTimer::timeout, this, [this] {
         ADD_FAILURE() << "a modal window was still open, or did not come, at the time limit";
@@ -72,6 +71,16 @@ CModalDriver& CModalDriver::box(
     };
     m_steps.push_back({ {}, text, answer, std::move(act) });
     return *this;
+}
+
+void CModalDriver::lookAgain()
+{
+    // A new timer each time: one whose slot is still running (a step that opened the next window)
+    // does not fire again.
+    QTimer::singleShot(2, this, [this] {
+        lookAgain();
+        look();
+    });
 }
 
 void CModalDriver::look()
@@ -142,13 +151,23 @@ void press(const QWidget& page, int id)
     QTest::mouseClick(&at<QAbstractButton>(page, id), Qt::LeftButton);
 }
 
+void typeInto(QWidget& widget, const QString& text)
+{
+    // QTest::keyClicks knows no letter beyond ASCII.
+    for (const QChar c : text)
+        QTest::sendKeyEvent(QTest::Click, &widget,
+            c.unicode() < 0x80 ? QTest::asciiToKey(static_cast<char>(c.unicode()))
+                               : Qt::Key_unknown,
+            QString(c), Qt::NoModifier);
+}
+
 void type(const QWidget& page, int id, const QString& text)
 {
     auto& edit = at<QLineEdit>(page, id);
     edit.setFocus();
     edit.selectAll();
     QTest::keyClick(&edit, Qt::Key_Delete);
-    QTest::keyClicks(&edit, text);
+    typeInto(edit, text);
 }
 
 void takePicture(QWidget& window, const QString& name)

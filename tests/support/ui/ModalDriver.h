@@ -14,7 +14,6 @@
 #include <deque>
 #include <functional>
 
-
 namespace ui {
 
 /// Drives the modal dialogs and message boxes that a call under test opens: one step for each
@@ -49,11 +48,11 @@ private:
         kit::Answer answer = kit::Answer::Ok;
         std::function<void(QDialog&)> act;
     };
+    void lookAgain();
     void look();
     void take(QDialog& window);
     void closeAll();
 
-    QTimer m_timer;
     QTimer m_limit;
     std::deque<Step> m_steps;
     QList<QDialog*> m_busy; // windows whose steps are running
@@ -74,6 +73,9 @@ QWidget& pageOf(const QWidget& dialog, const char* className);
 
 /// Clicks a button with the mouse.
 void press(const QWidget& page, int id);
+
+/// Types a text, letters beyond ASCII included, into the widget.
+void typeInto(QWidget& widget, const QString& text);
 
 /// Replaces the text of an edit as a user does: select all, type.
 void type(const QWidget& page, int id, const QString& text);

@@ -80,7 +80,8 @@ protected:
     {
         click(row, column);
         QTest::keyClick(&view(), Qt::Key_Return, Qt::ControlModifier);
-        return view().viewport()->findChild<Editor*>(QString(), Qt::FindDirectChildrenOnly);
+        auto* delegate = qobject_cast<tables::CGridDelegate*>(view().itemDelegate());
+        return qobject_cast<Editor*>(delegate->openEditor());
     }
     void type(int row, int column, const QString& text)
     {
@@ -88,7 +89,7 @@ protected:
         ASSERT_NE(editor, nullptr);
         editor->selectAll();
         QTest::keyClick(editor, Qt::Key_Delete);
-        QTest::keyClicks(editor, text);
+        ui::typeInto(*editor, text);
         QTest::keyClick(editor, Qt::Key_Return);
         QApplication::processEvents();
     }
@@ -231,7 +232,7 @@ TEST_F(CtrlShowTableTest, ANumberBeyondItsBoundsIsRefusedWithAMessageAndTheCellK
 
     type(0, 3, QStringLiteral("9"));
     ASSERT_TRUE(ui::waitUntil([&] { return driver.stepsTaken() == 1; }));
-    ASSERT_TRUE(ui::waitUntil([&] { return view().hasFocus(); }));
+    ASSERT_TRUE(ui::waitUntil([&] { return m_grid->focusWidget() == &view(); }));
 
     EXPECT_EQ(text(0, 3), "2");
     EXPECT_EQ(view().currentIndex(), cell(0, 3));
@@ -272,7 +273,7 @@ TEST_F(CtrlShowTableTest, AnEditedDecimalShowsTheHintWhereDecimalsAreChanged)
     EXPECT_EQ(text(0, 4), "4.00");
     EXPECT_EQ(label("hint"), "I decimali si modificano in \"Attributi gis\"");
     EXPECT_TRUE(m_grid->Save());
-    EXPECT_EQ(m_library.changes(), std::vector<std::string> { "SetModifiedFlag(true)" });
+    EXPECT_EQ(m_library.changes(), std::vector<std::string> { "SetModifiedFlag(yes)" });
 }
 
 TEST_F(CtrlShowTableTest, ACurrentRowCentresTheDrawingOnItsEntity)

@@ -55,7 +55,7 @@ TEST(DlgShowTableTest, OkSavesAndCloses)
 
     EXPECT_TRUE(wasAccepted);
     EXPECT_EQ(library.changes(),
-        (std::vector<std::string> { "SetRowValue(Strade[1], 1, 4)", "SetModifiedFlag(true)" }));
+        (std::vector<std::string> { "SetRowValue(Strade[1], 1, 4)", "SetModifiedFlag(yes)" }));
 }
 
 TEST(DlgShowTableTest, CancelClosesWithoutSaving)

@@ -52,17 +52,27 @@ protected:
 };
 
 const std::vector<std::string> Nothing;
-const std::string Modified = "SetModifiedFlag(true)";
+const std::string Modified = "SetModifiedFlag(yes)";
 
 } // namespace
 
 TEST_P(GridSaveTest, AnUntouchedGridOfExactValuesWritesAndMarksNothing)
 {
     open("table T (t text, b boolean, i integer, d decimal 2, l list ('A'), g date);"
-         "rows T: ('x', yes, 5, 1.25, 'A', 05/03/2016), (-, -, -, -, -, -), ('', no, 0, 0, '', -)");
+         "rows T: ('x', yes, 5, 1.25, 'A', 05/03/2016), (-, -, -, -, -, -), ('y', no, 0, 0, 'B', "
+         "-)");
 
     EXPECT_EQ(save(), Nothing);
     EXPECT_TRUE(m_outcome.isSaved);
+}
+
+TEST_P(GridSaveTest, ATextOfNoBytesBecomesNoValue)
+{
+    open("table T (t text, l list ('A')); rows T: ('x', 'A'), ('', 'A'), ('y', '')");
+
+    EXPECT_EQ(save(),
+        (std::vector<std::string> {
+            "SetRowValue(T[1], 0, -)", "SetRowValue(T[2], 1, -)", Modified }));
 }
 
 TEST_P(GridSaveTest, EditedCellsAreWrittenInFillOrder)
@@ -233,7 +243,7 @@ struct OddHost {
     std::vector<orv::CPolyValue> cells;
     CGridContents contents;
     OddHost(const std::string& fields, std::vector<orv::CPolyValue> values)
-        : library("table T (" + fields + "); rows T: (-)")
+        : library("table T (" + fields + "); rows T: (-, -)")
         , cells(std::move(values))
         , contents(&library, library.GetTable(0))
     {
@@ -264,7 +274,7 @@ TEST(GridSaveOfOddHostsTest, AStoredTimeOfDayIsRewrittenAsMidnight)
 {
     std::int64_t midnight = 0;
     ASSERT_TRUE(orv::ParseDateText("05/03/2016", midnight));
-    OddHost host("g date", { date(midnight + 15 * 3600) });
+    OddHost host("g date, t text", { date(midnight + 15 * 3600), orv::CPolyValue("x") });
 
     EXPECT_EQ(
         host.save(), (std::vector<std::string> { "SetRowValue(T[0], 0, 05/03/2016)", Modified }));
@@ -272,10 +282,10 @@ TEST(GridSaveOfOddHostsTest, AStoredTimeOfDayIsRewrittenAsMidnight)
 
 TEST(GridSaveOfOddHostsTest, TheDateZeroIsLostOnlyWhenItWasEdited)
 {
-    OddHost untouched("g date", { date(0) });
+    OddHost untouched("g date, t text", { date(0), orv::CPolyValue("x") });
     EXPECT_EQ(untouched.save(), Nothing);
 
-    OddHost edited("g date", { date(0) });
+    OddHost edited("g date, t text", { date(0), orv::CPolyValue("x") });
     ASSERT_EQ(edited.contents.enter(0, 0, orv::String("05/03/2016")), CGridContents::Entry::Taken);
     EXPECT_EQ(edited.save().size(), 2U);
 }
