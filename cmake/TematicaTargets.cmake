@@ -37,3 +37,18 @@ function(tematica_test name)
     set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT}
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${ARG_ENVIRONMENT}")
 endfunction()
+
+# tematica_fuzz(NAME SOURCES a.cpp LINKS tematica-host): a libFuzzer program (clang, preset tidy), built by the target
+# tematica_fuzz_all and run for a bounded time by .ci/run.
+function(tematica_fuzz name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} EXCLUDE_FROM_ALL ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE tematica_options tematica_warnings ${ARG_LINKS})
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/fuzz")
+    if(NOT TARGET tematica_fuzz_all)
+        add_custom_target(tematica_fuzz_all)
+    endif()
+    add_dependencies(tematica_fuzz_all ${name})
+endfunction()
