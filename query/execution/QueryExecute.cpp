@@ -4,6 +4,7 @@
 
 #include "query/execution/FieldSymbols.h"
 #include "query/execution/RowWalk.h"
+#include "query/execution/plan/ColumnPlan.h"
 #include "query/language/FilterParser.h"
 
 #include "host/gis/LibGis.h"
@@ -43,13 +44,15 @@ bool CQueryExecute::SetQueryFilter(const orv::String& text)
 
 int CQueryExecute::Execute(std::vector<gis::CEnt*>& result)
 {
-    result.clear();
-    if (!m_filter || !m_table)
+    if (!m_filter || !m_table) {
+        result.clear();
         return 0;
+    }
     try {
         const query::QuerySource source { *m_library, m_theme, m_table, *m_symbols,
             m_fieldSymbols };
-        query::walkRows(source, *m_filter, result);
+        if (!query::plan::selectByColumns(source, *m_filter, result))
+            query::walkRows(source, *m_filter, result);
     } catch (const std::bad_alloc&) {
         result.clear(); // an answer cut short would pass for the whole
     }

@@ -103,6 +103,7 @@ CEESymbol* RowSymbols::GetFunction(orv::String& name)
 
 void walkRows(const QuerySource& source, CEEExpression& filter, std::vector<gis::CEnt*>& result)
 {
+    result.clear();
     RowSymbols symbols(source);
     const int entityCount = source.library.GetNoEnts(source.theme);
     for (int i = 0; i < entityCount; ++i) {

@@ -63,7 +63,7 @@ private:
     std::size_t m_lastFound = 0;
 };
 
-/// The entities for which the filter is true, in entity order.
+/// The entities for which the filter is true, in entity order. `result` is overwritten.
 void walkRows(const QuerySource& source, CEEExpression& filter, std::vector<gis::CEnt*>& result);
 
 } // namespace query
