@@ -3,11 +3,11 @@
 #include "query/language/FilterParser.h"
 #include "query/language/FilterScanner.h"
 #include "tests/query/support/GrammarReference.h"
+#include "tests/query/support/RandomTable.h"
 #include "tests/query/support/TreeText.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
@@ -27,11 +27,7 @@ constexpr int TextCount = 100000;
 constexpr int TextCount = 300000;
 #endif
 
-unsigned seedOfRun()
-{
-    const char* const given = std::getenv("TEMATICA_TEST_SEED");
-    return given ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device()();
-}
+using testing_query::seedOfRun;
 
 class TextMaker final {
 public:
