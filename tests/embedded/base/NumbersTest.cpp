@@ -3,11 +3,13 @@
 
 #include "host/base/Numbers.h"
 
+#include "tests/support/LocaleScope.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <clocale>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 namespace {
@@ -144,21 +146,22 @@ TEST(NumbersTest, NamesAreFoldedInAsciiOnly)
 
 TEST(NumbersTest, AnItalianLocaleChangesNothing)
 {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    if (!std::setlocale(LC_ALL, "it_IT.UTF-8"))
+    const support::LocaleScope italian("it_IT.UTF-8");
+    if (!italian.isSet())
         GTEST_SKIP() << "The Italian locale is not installed.";
+    char byLibrary[32];
+    std::snprintf(byLibrary, sizeof byLibrary, "%.2f", 1.5);
+    ASSERT_STREQ(byLibrary, "1,50"); // else the rest would prove nothing
 
-    const double read = orv_atof("1.5");
-    const std::string fixed = StringDaDouble(1.5, 0, 2);
-    const std::string shortest = orv::ShortestText(1.5);
     char printed[32];
     orv_sprintf(printed, sizeof printed, "%.2f", 1.5);
-    std::setlocale(LC_ALL, before.c_str());
 
-    EXPECT_EQ(read, 1.5);
-    EXPECT_EQ(fixed, "1.50");
-    EXPECT_EQ(shortest, "1.5");
     EXPECT_STREQ(printed, "1.50");
+    EXPECT_EQ(orv_atof("1.5"), 1.5);
+    EXPECT_EQ(StringDaDouble(1.5, 0, 2), "1.50");
+    EXPECT_EQ(DoubleDaString("1.5"), 1.5);
+    EXPECT_EQ(orv::ShortestText(1.5), "1.5");
+    EXPECT_EQ(orv::RoundedByText(1.25, 1), 1.2);
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 
 #include "host/base/Numbers.h"
 
+#include "tests/support/LocaleScope.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -56,7 +58,7 @@ TEST(SprintfTest, DecimalsAlwaysHaveAPoint)
 
 TEST(SprintfTest, NumbersReadAsTheLibrarysOwnFunctionWritesThem)
 {
-    // Under the "C" numeric locale that test programs start with.
+    const support::LocaleScope plain("C");
     for (const double value : { 0.0, 0.1, -2.5, 1e-5, 123456.789, 1e15, 1e300 })
         for (int precision = 0; precision < 12; ++precision) {
             char expected[512];
