@@ -1,0 +1,218 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "app/Document.h"
+
+#include "embedded/drawing/Engine.h"
+#include "embedded/model/Library.h"
+#include "embedded/shapefile/Shapefile.h"
+#include "embedded/store/GeoPackage.h"
+
+#include <QFileInfo>
+
+namespace app {
+
+namespace {
+
+embedded::Library& implementation(gis::CLibGis& library)
+{
+    return *embedded::Library::of(&library);
+}
+
+bool isShapefile(const QString& path)
+{
+    return path.endsWith(QLatin1String(".shp"), Qt::CaseInsensitive);
+}
+
+} // namespace
+
+Document::Document()
+{
+    embedded::EngineHooks hooks;
+    hooks.centreView = [this](double x, double y, double) { Q_EMIT centreAsked(x, y); };
+    embedded::Engine::of(m_engine).setHooks(std::move(hooks));
+    startNew();
+}
+
+Document::~Document()
+{
+    embedded::Engine::of(m_engine).setLibrary(nullptr);
+}
+
+QString Document::title() const
+{
+    return m_path.isEmpty() ? QStringLiteral("Senza nome") : QFileInfo(m_path).fileName();
+}
+
+bool Document::isSaved() const
+{
+    return implementation(*m_library).isSaved();
+}
+
+void Document::adopt(std::unique_ptr<gis::CLibGis> library,
+    std::unique_ptr<orv::CChangeTransactionManager> changes, const QString& path)
+{
+    m_highlight = {};
+    m_library = std::move(library);
+    m_changes = std::move(changes);
+    m_path = path;
+    m_isReadOnly = false;
+    embedded::Engine::of(m_engine).setLibrary(m_library.get());
+    implementation(*m_library)
+        .setExtension(gis::FeedbackExtension, static_cast<gis::IFeedback*>(this));
+    m_entityCounts = entityCounts();
+    Q_EMIT opened();
+    Q_EMIT changed();
+}
+
+void Document::startNew()
+{
+    auto changes = std::make_unique<orv::CChangeTransactionManager>();
+    auto library = std::make_unique<gis::CLibGis>(changes.get());
+    adopt(std::move(library), std::move(changes), {});
+}
+
+embedded::Result<void> Document::open(const QString& path, embedded::Report& report)
+{
+    auto changes = std::make_unique<orv::CChangeTransactionManager>();
+    const std::string file = path.toStdString();
+    if (isShapefile(path)) {
+        auto library = std::make_unique<gis::CLibGis>(changes.get());
+        const auto imported
+            = embedded::importShapefile(*library, file, {}, nullptr, nullptr, report);
+        if (!imported)
+            return imported.error();
+        adopt(std::move(library), std::move(changes), {});
+        return {};
+    }
+    auto opened = embedded::openLibrary(file, embedded::OpenMode::Write, changes.get(), report);
+    bool readOnly = false;
+    if (!opened
+        && (opened.error().code == embedded::ErrorCode::LockedForWriting
+            || opened.error().code == embedded::ErrorCode::ReadOnly
+            || opened.error().code == embedded::ErrorCode::NoPermission)) {
+        readOnly = true;
+        opened = embedded::openLibrary(file, embedded::OpenMode::Read, changes.get(), report);
+    }
+    if (!opened)
+        return opened.error();
+    const bool isOurs = !embedded::libraryPath(*opened.value()).empty();
+    adopt(std::move(opened.value()), std::move(changes), isOurs ? path : QString());
+    m_isReadOnly = readOnly;
+    return {};
+}
+
+embedded::Result<void> Document::openRecovered(
+    const QString& recoveryPath, const QString& originalPath)
+{
+    auto changes = std::make_unique<orv::CChangeTransactionManager>();
+    embedded::Report report;
+    auto opened = embedded::openLibrary(
+        recoveryPath.toStdString(), embedded::OpenMode::Read, changes.get(), report);
+    if (!opened)
+        return opened.error();
+    embedded::Library& library = implementation(*opened.value());
+    if (const auto loaded = library.loadAll(); !loaded)
+        return loaded.error();
+    library.setStore(nullptr);
+    adopt(std::move(opened.value()), std::move(changes), {});
+    // An empty change: the work is unsaved until the user saves it, wherever it came from.
+    implementation(*m_library).record([] {}, [] {});
+    m_path = originalPath;
+    m_isReadOnly
+        = !originalPath.isEmpty(); // the first save asks for the name and offers the old one
+    Q_EMIT changed();
+    return {};
+}
+
+embedded::Result<void> Document::save()
+{
+    const auto saved = embedded::saveLibrary(*m_library);
+    Q_EMIT changed();
+    return saved;
+}
+
+embedded::Result<void> Document::saveAs(const QString& path)
+{
+    const auto saved = embedded::saveLibraryAs(*m_library, path.toStdString());
+    if (saved) {
+        m_path = path;
+        m_isReadOnly = false;
+    }
+    Q_EMIT changed();
+    return saved;
+}
+
+embedded::Result<void> Document::importShapefile(const QString& path)
+{
+    embedded::Result<void> result;
+    act(QStringLiteral("Importazione di %1").arg(QFileInfo(path).fileName()), [&] {
+        embedded::Report& report = implementation(*m_library).beginReport();
+        const auto imported = embedded::importShapefile(
+            *m_library, path.toStdString(), {}, nullptr, nullptr, report);
+        if (!imported)
+            result = imported.error();
+    });
+    return result;
+}
+
+void Document::undo()
+{
+    m_changes->Undo();
+    afterChange();
+}
+
+void Document::redo()
+{
+    m_changes->Redo();
+    afterChange();
+}
+
+std::vector<std::pair<gis::CTheme*, int>> Document::entityCounts() const
+{
+    std::vector<std::pair<gis::CTheme*, int>> counts;
+    for (gis::CTheme* theme : implementation(*m_library).themes())
+        counts.emplace_back(theme, theme->entities().entityCount());
+    return counts;
+}
+
+void Document::afterChange()
+{
+    auto counts = entityCounts();
+    if (counts != m_entityCounts) { // marked entities may be gone
+        m_entityCounts = std::move(counts);
+        clearHighlight();
+    }
+    Q_EMIT changed();
+}
+
+void Document::setSelected(std::vector<gis::CEnt*> entities)
+{
+    m_highlight.selected = std::move(entities);
+    Q_EMIT highlightChanged();
+}
+
+void Document::clearHighlight()
+{
+    m_highlight = {};
+    Q_EMIT highlightChanged();
+}
+
+void Document::ShowFound(std::int64_t, const std::vector<gis::CEnt*>& entities)
+{
+    m_highlight.found = entities;
+    m_highlight.current = nullptr;
+    Q_EMIT highlightChanged();
+}
+
+void Document::ShowRow(gis::CEnt* entity)
+{
+    m_highlight.current = entity;
+    Q_EMIT highlightChanged();
+}
+
+void Document::GetSelected(std::vector<gis::CEnt*>& entities)
+{
+    entities = m_highlight.selected;
+}
+
+} // namespace app

@@ -1,0 +1,337 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "app/MainWindow.h"
+
+#include "app/IdentifyPanel.h"
+#include "app/Marks.h"
+#include "app/RecentFiles.h"
+#include "app/ThemePanel.h"
+#include "app/Words.h"
+#include "embedded/model/Library.h"
+#include "kit/Choosers.h"
+#include "kit/MessageBox.h"
+#include "kit/WaitCursor.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QSettings>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace app {
+
+namespace {
+
+const QString Caption = QStringLiteral("Tematica");
+constexpr std::size_t MostFindingsShown = 12;
+
+QString settingsPath()
+{
+    return RecentFiles::settingsFolder() + QStringLiteral("/desktop.conf");
+}
+
+} // namespace
+
+MainWindow::MainWindow()
+    : m_recovery(m_document)
+    , m_canvas(new MapCanvas(this))
+{
+    setObjectName(QStringLiteral("MainWindow"));
+    setAcceptDrops(true);
+    setCentralWidget(m_canvas);
+    makePanels();
+    makeFileMenu();
+    makeEditMenu();
+    makeViewMenu();
+    makeGisMenu();
+    makeStatusBar();
+    resize(1280, 800);
+    const QSettings settings(settingsPath(), QSettings::IniFormat);
+    restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
+    restoreState(settings.value(QStringLiteral("state")).toByteArray());
+
+    connect(&m_document, &Document::opened, this, &MainWindow::onOpened);
+    connect(&m_document, &Document::changed, this, &MainWindow::onChanged);
+    connect(&m_document, &Document::highlightChanged, this, &MainWindow::refreshMarks);
+    connect(&m_document, &Document::centreAsked, m_canvas, &MapCanvas::centreAt);
+    connect(m_canvas, &MapCanvas::entitiesPicked, this, &MainWindow::onPicked);
+    connect(m_canvas, &MapCanvas::identified, this, [this](gis::CEnt* entity) {
+        m_identify->show(entity);
+        m_document.setSelected(
+            entity ? std::vector<gis::CEnt*> { entity } : std::vector<gis::CEnt*> {});
+    });
+    connect(m_canvas, &MapCanvas::opened, this, &MainWindow::showEntityForm);
+    connect(m_canvas, &MapCanvas::cursorMoved, this, [this](double x, double y) {
+        m_coordinates->setText(QStringLiteral("E %1   N %2").arg(x, 0, 'f', 2).arg(y, 0, 'f', 2));
+    });
+    onOpened();
+    onChanged();
+}
+
+MainWindow::~MainWindow()
+{
+    disconnect(&m_document, nullptr, this, nullptr);
+}
+
+bool MainWindow::openFile(const QString& path)
+{
+    if (!askUnsaved())
+        return false;
+    embedded::Report report;
+    embedded::Result<void> opened;
+    {
+        const kit::WaitCursor wait;
+        opened = m_document.open(QFileInfo(path).absoluteFilePath(), report);
+    }
+    if (!opened) {
+        tell(opened.error());
+        return false;
+    }
+    RecentFiles::add(QFileInfo(path).absoluteFilePath());
+    refreshRecentFiles();
+    tellFindings(report, QStringLiteral("Aperto %1").arg(QFileInfo(path).fileName()));
+    if (m_document.isReadOnly())
+        FMessageBox(this,
+            QStringLiteral("Il file è aperto in sola lettura: un altro programma lo sta "
+                           "modificando o non si hanno i permessi di scrittura.\n"
+                           "Le modifiche si possono salvare con un altro nome."),
+            Caption, kit::BoxIcon::Information, kit::BoxButtons::Ok);
+    return true;
+}
+
+bool MainWindow::importFile(const QString& path)
+{
+    embedded::Result<void> imported;
+    {
+        const kit::WaitCursor wait;
+        imported = m_document.importShapefile(QFileInfo(path).absoluteFilePath());
+    }
+    if (!imported) {
+        tell(imported.error());
+        return false;
+    }
+    tellFindings(embedded::Library::of(&m_document.library())->lastReport(),
+        QStringLiteral("Importato %1").arg(QFileInfo(path).fileName()));
+    return true;
+}
+
+void MainWindow::tell(const embedded::Error& error)
+{
+    FMessageBox(this, errorText(error), Caption, kit::BoxIcon::Exclamation, kit::BoxButtons::Ok);
+}
+
+void MainWindow::tellFindings(const embedded::Report& report, const QString& done)
+{
+    QStringList lines;
+    for (const embedded::Finding& finding : report.findings)
+        if (finding.severity == embedded::FindingSeverity::Warning)
+            lines << findingText(finding);
+    m_message->setText(
+        lines.isEmpty() ? done : QStringLiteral("%1, con %2 avvisi").arg(done).arg(lines.size()));
+    if (lines.isEmpty())
+        return;
+    const auto count = static_cast<std::size_t>(lines.size());
+    if (count > MostFindingsShown) {
+        lines = lines.mid(0, MostFindingsShown);
+        lines << QStringLiteral("… e altri %1 avvisi").arg(count - MostFindingsShown);
+    }
+    FMessageBox(
+        this, lines.join(QLatin1Char('\n')), done, kit::BoxIcon::Information, kit::BoxButtons::Ok);
+}
+
+void MainWindow::offerRecovery()
+{
+    for (const RecoveryFile& file : Recovery::leftBehind()) {
+        const QString name = file.originalPath.isEmpty()
+            ? QStringLiteral("una libreria senza nome")
+            : QStringLiteral("\"%1\"").arg(file.originalPath);
+        const kit::Answer answer = FMessageBox(this,
+            QStringLiteral("Il programma si è chiuso prima che il lavoro su %1 fosse salvato "
+                           "(%2).\nRecuperarlo?")
+                .arg(name, file.time),
+            Caption, kit::BoxIcon::Question, kit::BoxButtons::YesNoCancel);
+        if (answer == kit::Answer::Cancel)
+            continue; // asked again at the next start
+        if (answer == kit::Answer::Yes) {
+            if (!askUnsaved())
+                continue;
+            const auto opened = m_document.openRecovered(file.path, file.originalPath);
+            if (!opened) {
+                tell(opened.error());
+                continue;
+            }
+            m_message->setText(
+                QStringLiteral("Lavoro recuperato: salvarlo con \"Salva con nome\""));
+        }
+        Recovery::discard(file);
+    }
+}
+
+bool MainWindow::save()
+{
+    if (m_document.path().isEmpty() || m_document.isReadOnly())
+        return saveAs();
+    const kit::WaitCursor wait;
+    const auto saved = m_document.save();
+    if (!saved) {
+        tell(saved.error());
+        return false;
+    }
+    m_message->setText(QStringLiteral("Salvato %1").arg(m_document.title()));
+    return true;
+}
+
+bool MainWindow::saveAs()
+{
+    kit::FileRequest request;
+    request.kind = kit::FileRequest::Kind::Save;
+    request.caption = QStringLiteral("Salva con nome");
+    request.folder = m_document.path();
+    request.filter = QStringLiteral("Librerie GIS (*.gpkg)");
+    request.suffix = QStringLiteral("gpkg");
+    const auto path = kit::FChooseFile(this, request);
+    if (!path)
+        return false;
+    embedded::Result<void> saved;
+    {
+        const kit::WaitCursor wait;
+        saved = m_document.saveAs(*path);
+    }
+    if (!saved) {
+        tell(saved.error());
+        return false;
+    }
+    RecentFiles::add(*path);
+    refreshRecentFiles();
+    m_message->setText(QStringLiteral("Salvato %1").arg(m_document.title()));
+    return true;
+}
+
+bool MainWindow::askUnsaved()
+{
+    if (m_document.isSaved())
+        return true;
+    const kit::Answer answer = FMessageBox(this,
+        QStringLiteral("Salvare le modifiche a \"%1\"?").arg(m_document.title()), Caption,
+        kit::BoxIcon::Question, kit::BoxButtons::YesNoCancel);
+    if (answer == kit::Answer::Cancel)
+        return false;
+    if (answer == kit::Answer::Yes)
+        return save();
+    m_recovery.forget();
+    return true;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (!askUnsaved()) {
+        event->ignore();
+        return;
+    }
+    m_recovery.forget();
+    QSettings settings(settingsPath(), QSettings::IniFormat);
+    settings.setValue(QStringLiteral("geometry"), saveGeometry());
+    settings.setValue(QStringLiteral("state"), saveState());
+    event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    const auto urls = event->mimeData()->urls();
+    const bool usable = std::any_of(urls.begin(), urls.end(), [](const QUrl& url) {
+        const QString path = url.toLocalFile();
+        return path.endsWith(QLatin1String(".gpkg"), Qt::CaseInsensitive)
+            || path.endsWith(QLatin1String(".shp"), Qt::CaseInsensitive);
+    });
+    if (usable)
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    event->acceptProposedAction();
+    for (const QUrl& url : event->mimeData()->urls()) {
+        const QString path = url.toLocalFile();
+        if (path.endsWith(QLatin1String(".gpkg"), Qt::CaseInsensitive))
+            openFile(path);
+        else if (path.endsWith(QLatin1String(".shp"), Qt::CaseInsensitive))
+            importFile(path);
+    }
+}
+
+void MainWindow::onOpened()
+{
+    m_isFirstContent = true;
+}
+
+void MainWindow::onChanged()
+{
+    gis::CLibGis& library = m_document.library();
+    auto content = std::make_shared<embedded::MapContent>(
+        embedded::mapContent(library, embedded::visibleThemes(library)));
+    const bool fits = m_isFirstContent && !content->layers.empty();
+    m_canvas->setContent(std::move(content));
+    if (fits) {
+        m_isFirstContent = false;
+        m_canvas->fitAll();
+    }
+    refreshMarks();
+    refreshTitle();
+    refreshActions();
+}
+
+void MainWindow::refreshMarks()
+{
+    m_canvas->setMarks(std::make_shared<embedded::MapContent>(
+        markContent(*m_canvas->content(), m_document.highlight())));
+    refreshCounts();
+    refreshActions();
+}
+
+void MainWindow::refreshTitle()
+{
+    setWindowModified(!m_document.isSaved());
+    setWindowTitle(
+        QStringLiteral("%1[*]%2 — Tematica")
+            .arg(m_document.title(),
+                m_document.isReadOnly() ? QStringLiteral(" (sola lettura)") : QString()));
+}
+
+void MainWindow::refreshCounts()
+{
+    int total = 0;
+    gis::CLibGis& library = m_document.library();
+    for (int i = 0; i < library.GetNumThemes(); ++i)
+        total += library.GetNoEnts(library.GetTheme(i));
+    const Highlight& marks = m_document.highlight();
+    m_counts->setText(QStringLiteral("Entità: %L1   Selezionate: %L2   Trovate: %L3")
+                          .arg(total)
+                          .arg(marks.selected.size())
+                          .arg(marks.found.size()));
+}
+
+void MainWindow::onPicked(const std::vector<gis::CEnt*>& entities, bool adds)
+{
+    std::vector<gis::CEnt*> selected;
+    if (adds) {
+        // An entity picked again leaves the selection.
+        for (gis::CEnt* entity : m_document.highlight().selected)
+            if (std::find(entities.begin(), entities.end(), entity) == entities.end())
+                selected.push_back(entity);
+        const auto& before = m_document.highlight().selected;
+        for (gis::CEnt* entity : entities)
+            if (std::find(before.begin(), before.end(), entity) == before.end())
+                selected.push_back(entity);
+    } else {
+        selected = entities;
+    }
+    m_document.setSelected(std::move(selected));
+}
+
+} // namespace app
