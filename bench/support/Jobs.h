@@ -58,5 +58,6 @@ void queryJobs(Jobs& jobs);
 void valueJobs(Jobs& jobs);
 void fileJobs(Jobs& jobs);
 void growthJobs(Jobs& jobs);
+void memoryJob(Jobs& jobs);
 
 } // namespace bench
