@@ -168,6 +168,8 @@ QString lineOf(FindingCode code)
     case FindingCode::GeometryUnsupported:
         return QStringLiteral(
             "%3 forme di \"%1\" non sono gestite: le entità restano senza forma.");
+    case FindingCode::FieldLeftOut:
+        return QStringLiteral("Il campo \"%1\" non è stato letto (%2).");
     case FindingCode::LayerSkipped:
         return QStringLiteral("Lo strato \"%1\" non è stato letto (%2).");
     }
