@@ -45,7 +45,8 @@ protected:
     static std::string counts(const std::string& library)
     {
         std::string text;
-        for (const auto& theme : Json::parse(run({ "info", library, "--json" }).out).at("themes"))
+        const auto info = Json::parse(run({ "info", library, "--json" }).out);
+        for (const auto& theme : info.at("themes"))
             text += theme.at("name").get<std::string>() + "/" + theme.at("table").get<std::string>()
                 + ":" + theme.at("entities").dump() + " ";
         return text;

@@ -55,7 +55,8 @@ long countByGdal(const std::string& path)
 long entitiesIn(const std::string& json)
 {
     long count = 0;
-    for (const auto& theme : Json::parse(json).at("themes"))
+    const auto info = Json::parse(json);
+    for (const auto& theme : info.at("themes"))
         count += theme.at("entities").get<long>();
     return count;
 }
@@ -103,7 +104,8 @@ TEST_F(RealFilesTest, EveryGeoPackageOfAnotherProgramAnswers)
         EXPECT_EQ(outcome.exitCode, 0) << path << "\n" << outcome.err;
         if (outcome.exitCode != 0)
             continue;
-        for (const auto& theme : Json::parse(outcome.out).at("themes")) {
+        const auto info = Json::parse(outcome.out);
+        for (const auto& theme : info.at("themes")) {
             const auto name = theme.at("name").get<std::string>();
             const auto counted = run({ "query", path, "1 = 1", "--theme", name, "--count" });
             EXPECT_EQ(counted.out, theme.at("entities").dump() + "\n") << path << " " << name;
