@@ -4,6 +4,8 @@
 
 #include "cli/Output.h"
 
+#include "host/base/Numbers.h"
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -118,6 +120,67 @@ void describeExport(CLI::App& app, ExportArguments& arguments)
     app.add_option("--report", arguments.report, "JSON file for all that could not be kept");
 }
 
+/// Whole numbers or numbers between separators, all of a text; false for any other.
+template <std::size_t Count>
+bool splitNumbers(std::string_view text, char separator, std::array<double, Count>& numbers)
+{
+    for (std::size_t i = 0; i < Count; ++i) {
+        const std::size_t end = i + 1 < Count ? text.find(separator) : text.size();
+        if (end == std::string_view::npos || !orv::ParseDouble(text.substr(0, end), numbers[i]))
+            return false;
+        text.remove_prefix(std::min(text.size(), end + 1));
+    }
+    return true;
+}
+
+constexpr double LargestPictureSide = 20000; // 1.6 GB of pixels
+
+std::string readSize(const std::string& text, RenderArguments& arguments)
+{
+    std::array<double, 2> sides {};
+    if (!splitNumbers(text, 'x', sides) || sides[0] < 1 || sides[1] < 1
+        || sides[0] > LargestPictureSide || sides[1] > LargestPictureSide)
+        return "'" + text + "' is no size: give pixels as 1600x1000, at most 20000 each";
+    arguments.width = static_cast<int>(sides[0]);
+    arguments.height = static_cast<int>(sides[1]);
+    return {};
+}
+
+std::string readBox(const std::string& text, RenderArguments& arguments)
+{
+    std::array<double, 4> box {};
+    if (!splitNumbers(text, ',', box) || !(box[0] < box[2]) || !(box[1] < box[3]))
+        return "'" + text + "' is no rectangle: give x0,y0,x1,y1 with x0 < x1 and y0 < y1";
+    arguments.box = box;
+    return {};
+}
+
+void describeRender(CLI::App& app, RenderArguments& arguments)
+{
+    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")->required();
+    app.add_option("--output", arguments.output, "picture to write (.png)")->required();
+    app.add_option(
+           "--theme", arguments.themes, "theme to draw, any number of times; else the visible ones")
+        ->expected(1)
+        ->take_all();
+    app.add_option_function<std::string>(
+           "--size",
+           [&arguments](const std::string& text) {
+               if (const std::string problem = readSize(text, arguments); !problem.empty())
+                   throw CLI::ValidationError("--size", problem);
+           },
+           "pixels")
+        ->default_str("1600x1000");
+    app.add_option_function<std::string>(
+        "--bbox",
+        [&arguments](const std::string& text) {
+            if (const std::string problem = readBox(text, arguments); !problem.empty())
+                throw CLI::ValidationError("--bbox", problem);
+        },
+        "part of the map as x0,y0,x1,y1; else all");
+    app.add_flag("--legend", arguments.hasLegend, "with the themes' names and symbols");
+}
+
 /// What CLI11 says of a wrong call, as one line.
 Arguments wrongUsage(const CLI::ParseError& error)
 {
@@ -142,17 +205,19 @@ Arguments parseArguments(std::vector<std::string> words)
     ValuesArguments values;
     ImportArguments import;
     ExportArguments exports;
+    RenderArguments render;
     auto* infoApp = app.add_subcommand("info", "Tables and themes of a file");
     auto* queryApp = app.add_subcommand("query", "Entities for which a condition is true");
     auto* valuesApp = app.add_subcommand("values", "Distinct values of a field, with counts");
     auto* importApp = app.add_subcommand("import", "Shapefile into a library");
     auto* exportApp = app.add_subcommand("export", "Themes of a library as shapefiles");
-    auto* renderApp = app.add_subcommand("render", "")->group("")->allow_extras();
+    auto* renderApp = app.add_subcommand("render", "Map of a file's themes as a picture");
     describeInfo(*infoApp, info);
     describeQuery(*queryApp, query);
     describeValues(*valuesApp, values);
     describeImport(*importApp, import);
     describeExport(*exportApp, exports);
+    describeRender(*renderApp, render);
 
     std::optional<std::string> filter;
     if (!words.empty() && words.front() == "query")
@@ -178,8 +243,7 @@ Arguments parseArguments(std::vector<std::string> words)
         return import;
     if (*exportApp)
         return exports;
-    (void)renderApp;
-    return RenderArguments {};
+    return render;
 }
 
 } // namespace cli

@@ -5,6 +5,7 @@
 #include "embedded/shapefile/Shapefile.h"
 
 #include <optional>
+#include <array>
 #include <string>
 #include <variant>
 #include <vector>
@@ -55,7 +56,15 @@ struct ExportArguments {
     std::optional<std::string> report;
 };
 
-struct RenderArguments { };
+struct RenderArguments {
+    std::string file;
+    std::string output;
+    int width = 1600;
+    int height = 1000;
+    std::vector<std::string> themes;
+    std::optional<std::array<double, 4>> box; // x0, y0, x1, y1 in drawing units
+    bool hasLegend = false;
+};
 
 /// The call needs no work any more: help was asked for, or it was wrong and has been told so.
 struct Ended {
