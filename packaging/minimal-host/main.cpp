@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QTimer>
+#include <QWidget>
 
 #include <cstdio>
 #include <cstring>

@@ -40,7 +40,8 @@ const std::map<std::string, std::set<std::string>> Allowed {
             "exchange", "exchange/merge", "entry" } },
     { "cli",
         { "host", "tematica", "query", "exchange/merge", "embedded/base", "embedded/expr",
-            "embedded/model", "embedded/store", "embedded/shapefile", "cli" } },
+            "embedded/model", "embedded/store", "embedded/shapefile", "embedded/drawing",
+            "cli" } }, // of the drawing only what needs no Qt: the next table sees to it
     { "app",
         { "host", "tematica", "kit", "embedded/base", "embedded/expr", "embedded/model",
             "embedded/store", "embedded/shapefile", "embedded/drawing", "embedded/controls",
