@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "query/dialog/DlgQueryPage1.h"
 
+#include "query/dialog/DlgQuerySheet.h"
 #include "query/dialog/FilterText.h"
+#include "query/dialog/LiveCount.h"
 
 #include "kit/Form.h"
 
@@ -11,9 +13,12 @@
 CDlgQueryPage1::CDlgQueryPage1(CDlgQuerySheet& sheet)
     : CDlgQueryPageBase(sheet)
     , m_ui(std::make_unique<Ui::CDlgQueryPage1>())
+    , m_live(new query::CLiveCount(sheet.Library(), this))
 {
     m_ui->setupUi(this);
     kit::preparePage(*this, "CDlgQueryPage1");
+    connect(m_ui->id2071, &QLineEdit::textChanged, m_live, &query::CLiveCount::setFilter);
+    connect(m_live, &query::CLiveCount::stateChanged, this, &CDlgQueryPage1::renderLive);
 }
 
 CDlgQueryPage1::~CDlgQueryPage1() = default;
@@ -37,6 +42,18 @@ void CDlgQueryPage1::InsertText(const QString& text)
 void CDlgQueryPage1::InsertValue(const QString& value)
 {
     InsertText(query::filterLiteral(value, m_format));
+}
+
+void CDlgQueryPage1::SetTheme(gis::CTheme* theme)
+{
+    m_live->setTheme(theme);
+}
+
+void CDlgQueryPage1::renderLive()
+{
+    const auto& state = m_live->state();
+    m_ui->liveLine->setText(state.text);
+    m_ui->id2071->markWrong(state.isWrong ? state.start : 0, state.isWrong ? state.length : 0);
 }
 
 void CDlgQueryPage1::SetFieldNames(const QStringList& names)

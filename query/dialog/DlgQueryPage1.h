@@ -8,6 +8,9 @@
 
 #include <memory>
 
+namespace query {
+class CLiveCount;
+}
 namespace Ui {
 class CDlgQueryPage1;
 }
@@ -27,10 +30,15 @@ public:
     void InsertValue(const QString& value);
     void SetFieldFormat(gis::FieldFormat format) { m_format = format; }
 
+    /// The theme whose entities the line under the edit counts.
+    void SetTheme(gis::CTheme* theme);
     void SetFieldNames(const QStringList& names);
     void SetHistory(const QStringList& filters);
 
 private:
+    void renderLive();
+
     std::unique_ptr<Ui::CDlgQueryPage1> m_ui;
+    query::CLiveCount* m_live;
     gis::FieldFormat m_format = gis::FieldFormat::Text;
 };

@@ -53,6 +53,7 @@ QString CDlgQuerySheet::FilterText() const
 void CDlgQuerySheet::SetTheme(gis::CTheme* theme)
 {
     m_theme = theme;
+    m_page1->SetTheme(theme);
 }
 
 void CDlgQuerySheet::SetResult(const std::vector<gis::CEnt*>& found)

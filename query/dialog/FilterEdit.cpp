@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QStringListModel>
+#include <QTextCharFormat>
 #include <QValidator>
 
 namespace query {
@@ -159,6 +160,32 @@ void CFilterEdit::offerHistory()
         });
     }
     menu.exec(mapToGlobal(QPoint(0, height())));
+}
+
+void CFilterEdit::inputMethodEvent(QInputMethodEvent* event)
+{
+    m_isComposing = !event->preeditString().isEmpty();
+    QLineEdit::inputMethodEvent(event);
+}
+
+void CFilterEdit::markWrong(int start, int length)
+{
+    m_markedStart = start;
+    m_markedLength = length;
+    if (m_isComposing)
+        return; // an event of ours would end the composition
+    // The only way into the formats of a line edit is that of input methods, which carry formats
+    // for what they compose; with no text at all it changes nothing else.
+    QList<QInputMethodEvent::Attribute> attributes;
+    if (length > 0) {
+        QTextCharFormat format;
+        format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+        format.setUnderlineColor(Qt::red);
+        attributes.append(QInputMethodEvent::Attribute(
+            QInputMethodEvent::TextFormat, start - cursorPosition(), length, format));
+    }
+    QInputMethodEvent event(QString(), attributes);
+    QLineEdit::inputMethodEvent(&event);
 }
 
 void CFilterEdit::keyPressEvent(QKeyEvent* event)

@@ -21,12 +21,19 @@ public:
     void setFieldNames(const QStringList& names);
     void setHistory(const QStringList& filters);
 
+    /// Underlines a part of the text, in red waves; nothing for length 0. The text and what is
+    /// selected stay.
+    void markWrong(int start, int length);
+    [[nodiscard]] int markedStart() const { return m_markedStart; }
+    [[nodiscard]] int markedLength() const { return m_markedLength; }
+
     /// Words that may stand where the caret is, by what was typed of them; for the pop-up and
     /// tests.
     [[nodiscard]] QStringList completions() const;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
     [[nodiscard]] QString typedWord() const;
@@ -39,6 +46,9 @@ private:
     QStringList m_fieldNames;
     QStringList m_history;
     QAction* m_historyAction;
+    bool m_isComposing = false; // a letter of several keystrokes is being put together
+    int m_markedStart = 0;
+    int m_markedLength = 0;
 };
 
 } // namespace query

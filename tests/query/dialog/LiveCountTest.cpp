@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "query/dialog/LiveCount.h"
+
+#include "tests/support/RecordingLibrary.h"
+#include "tests/support/ui/ModalDriver.h"
+
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+
+using query::CLiveCount;
+using support::CRecordingLibrary;
+
+namespace {
+
+class LiveCountTest : public testing::TestWithParam<bool> {
+protected:
+    LiveCountTest()
+    {
+        m_library.offerColumns(GetParam());
+        m_live.setTheme(m_library.GetTheme(0));
+    }
+    std::string after(const char* filter)
+    {
+        m_live.setFilter(QString::fromUtf8(filter));
+        ui::waitUntil([&] { return m_spy.count() > m_seen; });
+        m_seen = m_spy.count();
+        return m_live.state().text.toStdString();
+    }
+
+    CRecordingLibrary m_library { "table Strade (Nome text, Corsie integer);"
+                                  "rows Strade: ('Via Roma', 2), ('Via Po', -), ('Corso', 4);"
+                                  "theme Vie: points 2d on Strade active;"
+                                  "ents Vie: 0 [0 0], 1 [1 1], 2 [2 2]" };
+    CLiveCount m_live { &m_library };
+    QSignalSpy m_spy { &m_live, &CLiveCount::stateChanged };
+    qsizetype m_seen = m_spy.count() + 1; // the theme's own notice
+};
+
+} // namespace
+
+TEST_P(LiveCountTest, CountsTheEntitiesThatSatisfyTheFilter)
+{
+    m_seen = m_spy.count();
+
+    EXPECT_EQ(after("Nome LIKE 'Via%'"), "2 entità su 3 soddisfano il filtro");
+    EXPECT_EQ(after("Corsie > 3"), "1 entità su 3 soddisfa il filtro");
+    EXPECT_FALSE(m_live.state().isWrong);
+}
+
+TEST_P(LiveCountTest, SaysWhereTheFilterIsWrongAtOnce)
+{
+    m_live.setFilter(QStringLiteral("Corsie > "));
+
+    EXPECT_EQ(m_live.state().text.toStdString(), "atteso un valore dopo >");
+    EXPECT_TRUE(m_live.state().isWrong);
+    EXPECT_EQ(m_live.state().start, 7);
+}
+
+TEST_P(LiveCountTest, NamesThatAreNoFieldsAreTold)
+{
+    m_seen = m_spy.count();
+
+    EXPECT_EQ(after("Corsia > 3"), "0 entità su 3 soddisfano il filtro (nomi sconosciuti: Corsia)");
+}
+
+TEST_P(LiveCountTest, TheNextKeystrokeEndsTheCounting)
+{
+    m_live.setFilter(QStringLiteral("Corsie > 3"));
+    m_live.setFilter(QStringLiteral("Corsie > 3 AND"));
+    const auto seen = m_spy.count();
+
+    ui::waitUntil([&] { return m_spy.count() > seen; }, 300);
+
+    EXPECT_EQ(m_spy.count(), seen);
+    EXPECT_TRUE(m_live.state().isWrong);
+}
+
+TEST_P(LiveCountTest, CountingChangesNothingAndDoesNotRunTheQuery)
+{
+    m_seen = m_spy.count();
+    m_library.clearCalls();
+
+    after("Corsie > 3");
+
+    EXPECT_TRUE(m_library.changes().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Hosts, LiveCountTest, testing::Bool(), [](const testing::TestParamInfo<bool>& columns) {
+        return columns.param ? "WithColumns" : "CellByCell";
+    });
+
+TEST(LiveCountWithoutAThemeTest, ChecksTheTextAndCountsNothing)
+{
+    CLiveCount live(nullptr);
+
+    live.setFilter(QStringLiteral("A = 1"));
+    EXPECT_EQ(live.state().text, QString());
+    live.setFilter(QStringLiteral("A = "));
+    EXPECT_TRUE(live.state().isWrong);
+}
