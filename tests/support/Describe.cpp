@@ -2,10 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/Describe.h"
 
-#include "embedded/model/EntityStore.h"
-#include "embedded/model/Table.h"
-#include "embedded/model/Theme.h"
-
 #include "host/base/Numbers.h"
 
 #include <array>
@@ -27,11 +23,6 @@ std::string nameOf(const std::array<const char*, N>& names, int value, const cha
     return kind + std::to_string(value);
 }
 
-std::string nameOrQuotes(const orv::String& name)
-{
-    return name.Length() == 0 ? "\"\"" : name.Bytes();
-}
-
 } // namespace
 
 std::string quoted(std::string_view text)
@@ -43,49 +34,6 @@ std::string quoted(std::string_view text)
             out += c;
     }
     return out + "'";
-}
-
-std::string describe(gis::CDBTable* table)
-{
-    return table ? nameOrQuotes(table->name()) : "null";
-}
-
-std::string describe(gis::CField* field)
-{
-    return field ? describe(field->table) + "." + nameOrQuotes(field->name) : "null";
-}
-
-std::string describe(gis::CTheme* theme)
-{
-    return theme ? nameOrQuotes(theme->name) : "null";
-}
-
-std::string describe(gis::CEnt* ent)
-{
-    if (!ent)
-        return "null";
-    return describe(embedded::EntityStore::themeOf(ent)) + "#"
-        + std::to_string(embedded::EntityStore::indexOf(ent));
-}
-
-std::string describe(gis::CEntPart* part)
-{
-    return part ? "part" : "null";
-}
-
-std::string describe(gis::CFeatureClass* featureClass)
-{
-    if (!featureClass)
-        return "null";
-    return featureClass->isDefault ? "default class" : "class " + describe(featureClass->label);
-}
-
-std::string describe(orv::CResultRow* row)
-{
-    if (!row)
-        return "null";
-    return describe(gis::CDBTable::tableOf(row)) + "[" + std::to_string(gis::CDBTable::indexOf(row))
-        + "]";
 }
 
 std::string describe(orv::CPolyValue* values)
