@@ -119,7 +119,11 @@ void Library::setCell(orv::CResultRow* row, int fieldIndex, const orv::CPolyValu
     CellsChange::Cell cell { table->field(fieldIndex), index, column.hasValue(index), false, 0, 0 };
     if (cell.hadValue)
         cell.before = column.rawAt(index);
-    column.setValue(index, value);
+    // A text of no characters is no value: a cell that looks empty is found by IS NULL.
+    if (value.GetType() == orv::PolyString && value.TextView().empty())
+        column.setEmpty(index);
+    else
+        column.setValue(index, value);
     cell.hasValue = column.hasValue(index);
     if (cell.hasValue)
         cell.after = column.rawAt(index);

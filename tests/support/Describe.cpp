@@ -75,14 +75,6 @@ std::string describe(const char* text)
     return text ? quoted(text) : "null";
 }
 
-std::string describe(const gis::TOpzLabel& label)
-{
-    return "label(" + describe(label.field) + ", " + describe(label.styleName) + ", "
-        + describe(label.colour) + ", " + describe(label.heightDrawingUnits) + ", "
-        + describe(label.rotationRadians) + ", " + describe(label.horizontalOffset) + ", "
-        + describe(label.verticalOffset) + ", " + describe(label.aligned) + ")";
-}
-
 std::string describe(gis::EntType type)
 {
     switch (type) {

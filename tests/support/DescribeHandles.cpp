@@ -59,4 +59,12 @@ std::string describe(orv::CResultRow* row)
         + "]";
 }
 
+std::string describe(const gis::TOpzLabel& label)
+{
+    return "label(" + describe(label.field) + ", " + describe(label.styleName) + ", "
+        + describe(label.colour) + ", " + describe(label.heightDrawingUnits) + ", "
+        + describe(label.rotationRadians) + ", " + describe(label.horizontalOffset) + ", "
+        + describe(label.verticalOffset) + ", " + describe(label.aligned) + ")";
+}
+
 } // namespace support

@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
