@@ -35,7 +35,7 @@ function(tematica_test name)
     # Locale and time zone are the caller's: the suite is run under several. One ctest entry a program: discovery of single cases would start every program hundreds of times.
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT ${ARG_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${ARG_ENVIRONMENT}")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TEMATICA_INI=${CMAKE_CURRENT_BINARY_DIR}/${name}.ini;${ARG_ENVIRONMENT}")
 endfunction()
 
 # tematica_fuzz(NAME SOURCES a.cpp LINKS tematica-host): a libFuzzer program (clang, preset tidy), built by the target

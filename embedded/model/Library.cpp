@@ -293,11 +293,16 @@ void Library::replaceStructure(gis::CDBTable* table, Structure structure)
 {
     if (!table)
         return;
-    auto before = std::make_shared<Structure>(table->structure());
-    auto after = std::make_shared<Structure>(std::move(structure));
-    table->applyStructure(*after);
-    record([table, before] { table->applyStructure(*before); },
-        [table, after] { table->applyStructure(*after); });
+    // Swapped, not kept twice: cells that are written later add texts to a column's dictionary, and
+    // making them again needs the codes that those texts got.
+    auto other = std::make_shared<Structure>(std::move(structure));
+    const auto swap = [table, other] {
+        Structure present = table->structure();
+        table->applyStructure(*other);
+        *other = std::move(present);
+    };
+    swap();
+    record(swap, swap);
     markModified();
 }
 
@@ -328,10 +333,15 @@ void Library::recordRowsAdded(gis::CDBTable* table, int firstRow)
     if (!table)
         return;
     auto after = std::make_shared<std::vector<Column>>();
-    for (int i = 0; i < table->fieldCount(); ++i)
-        after->push_back(table->column(i));
     const int rowCount = table->rowCount();
-    record([table, firstRow] { table->truncateRows(firstRow); },
+    record(
+        [table, firstRow, after] {
+            // Taken now, with every text that later cells added to the dictionaries.
+            after->clear();
+            for (int i = 0; i < table->fieldCount(); ++i)
+                after->push_back(table->column(i));
+            table->truncateRows(firstRow);
+        },
         [table, firstRow, rowCount, after] {
             table->addRows(rowCount - firstRow);
             for (int i = 0; i < table->fieldCount(); ++i)

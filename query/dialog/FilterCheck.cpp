@@ -19,10 +19,8 @@ QString fromBytes(std::string_view bytes)
 /// be continued by an operator too, which says nothing.
 QString expectation(const ExpectedAt& expected)
 {
-    if (expected.value)
+    if (expected.value || expected.condition)
         return QStringLiteral("un valore");
-    if (expected.condition)
-        return QStringLiteral("una condizione");
     QStringList words;
     if (expected.pattern)
         words << QStringLiteral("un testo tra apici");

@@ -9,7 +9,7 @@ using query::CFilterHistory;
 TEST(FilterHistoryTest, KeepsTheNewestFirstAndNoneTwice)
 {
     CFilterHistory history;
-    const orv::String theme("Strade");
+    const orv::String theme("Un tema che altri non usano");
 
     history.remember(theme, QStringLiteral("A = 1"));
     history.remember(theme, QStringLiteral("B = 2"));

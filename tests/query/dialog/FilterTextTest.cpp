@@ -40,7 +40,7 @@ TEST(InsertIntoFilterTest, EveryOccurrenceOfTheSelectedTextIsReplaced)
 {
     EXPECT_EQ(
         inserted(QStringLiteral("[abc] = 'x' OR abc = 'y'"), "'z'"), "'z' = |'x' OR 'z' = 'y'");
-    EXPECT_EQ(inserted(QStringLiteral("a = 1 AND [a] = 2"), "b"), "b = 1 bND b =| 2");
+    EXPECT_EQ(inserted(QStringLiteral("a = 1 AND [a] = 2"), "b"), "b = 1 AND b |= 2");
 }
 
 TEST(InsertIntoFilterTest, OccurrencesDoNotOverlapAndWhatWasInsertedIsNotSearched)
