@@ -216,7 +216,7 @@ gis::CEnt* MainWindow::chosenEntity() const
 
 void MainWindow::showEntityForm(gis::CEnt* entity)
 {
-    if (!entity)
+    if (!entity || !AreTableDialogsBuilt)
         return;
     gis::CLibGis& library = m_document.library();
     runDialog(QStringLiteral("Attributi dell'entità"), [&] {

@@ -13,7 +13,7 @@ namespace embedded {
 enum class FindingCode {
     // import
     EncodingChosen, // subject: encoding; detail: why (".cpg", "language byte", "valid UTF-8",
-                    // "default", "asked for")
+    // "default", "asked for")
     EncodingUnknown, // subject: the name in the .cpg
     ShxMissing,
     ShxDisagrees, // detail: what differs
@@ -32,7 +32,7 @@ enum class FindingCode {
     TimeDropped, // subject: field; count: times of day dropped
     FieldRenamed, // subject: new name; detail: name in the file
     FieldTypeTaken, // subject: field; detail: the format taken and why (e.g. "text: values beyond
-                    // 32 bits and 2^53")
+    // 32 bits and 2^53")
     MemoMissing, // subject: field
     ReferenceSystemUnknown, // the .prj cannot be understood; kept as it is
     TableRenamed, // subject: new name

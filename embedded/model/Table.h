@@ -80,7 +80,8 @@ public:
     /// `rowCount()` rows.
     void setColumn(int fieldIndex, embedded::Column column);
     void truncateRows(int count);
-    /// A column as it was, for taking back and making again; marks nothing but the rows beyond those stored.
+    /// A column as it was, for taking back and making again; marks nothing but the rows beyond
+    /// those stored.
     void restoreColumn(int fieldIndex, const embedded::Column& column);
     /// A column that was read from the store just now.
     void takeLoaded(int fieldIndex, embedded::Column column);
@@ -108,8 +109,9 @@ public:
     void markSaved();
     void markStored(int rowCount);
 
-    /// Fields with their cells (shared, not copied), and back. `applyStructure` gives new fields their
-    /// handles; all columns must have `rowCount()` rows. Not recorded: Library::replaceStructure is.
+    /// Fields with their cells (shared, not copied), and back. `applyStructure` gives new fields
+    /// their handles; all columns must have `rowCount()` rows. Not recorded:
+    /// Library::replaceStructure is.
     [[nodiscard]] std::vector<embedded::FieldState> structure();
     void applyStructure(std::vector<embedded::FieldState>& structure);
 
