@@ -138,10 +138,20 @@ std::int64_t computeMidnight(std::int32_t dayNumber)
     local.tm_mon = day.month - 1;
     local.tm_mday = day.day;
     local.tm_isdst = -1; // the flag of another hour would shift the days on which the clock changes
-    const std::int64_t midnight = std::mktime(&local);
+    std::int64_t midnight = std::mktime(&local);
     std::int64_t offset = 0;
-    if (zoneOffsetAt(midnight, offset) && floorToDay(midnight + offset) == dayNumber)
+    if (zoneOffsetAt(midnight, offset) && floorToDay(midnight + offset) == dayNumber) {
+        // The clock put back to 00:00 shows it twice (Italy, 27/09/1970), and which of the two the
+        // C library answers depends on what it was asked before: the day begins with the first.
+        for (const std::int64_t step : { 3600, 1800, 7200 }) {
+            const std::int64_t earlier = midnight - step;
+            if (zoneOffsetAt(earlier, offset) && floorToDay(earlier + offset) == dayNumber) {
+                midnight = earlier;
+                break;
+            }
+        }
         return midnight;
+    }
     // The clock was put forward at midnight, so that 00:00 does not exist, and the C library
     // answered with the evening before: the day begins where the clock went on.
     constexpr std::int64_t WidestZone = 2 * SecondsPerDay;

@@ -44,6 +44,17 @@ std::int64_t midnightByLibrary(std::int64_t moment)
     return std::mktime(&local);
 }
 
+TEST(DatesTest, ADayWhoseMidnightComesTwiceBeginsWithTheFirst)
+{
+    const TimeZoneScope zone("Europe/Rome");
+
+    midnightOf(
+        1, 8, 1970); // a summer and a winter day before: the C library leans on its last answer
+    EXPECT_EQ(midnightOf(27, 9, 1970), 269 * Day - 2 * 3600);
+    midnightOf(1, 12, 1972);
+    EXPECT_EQ(midnightOf(1, 10, 1972), 1004 * Day - 2 * 3600);
+}
+
 TEST(DatesTest, DaysAreCountedFrom1970)
 {
     const struct {
