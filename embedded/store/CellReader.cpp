@@ -40,11 +40,23 @@ bool fitsInteger(double value)
         && value <= std::numeric_limits<std::int32_t>::max() && std::trunc(value) == value;
 }
 
+constexpr const char* TakeFunction = "tematica_take";
+constexpr const char* TakerType = "tematica cell taker";
+
+// Each run of the function keeps its taker, which comes bound as a pointer, in its own context.
 void step(sqlite3_context* context, int, sqlite3_value** values)
 {
+    auto** taker = static_cast<CCellTaker**>(
+        sqlite3_aggregate_context(context, static_cast<int>(sizeof(CCellTaker*))));
+    if (taker && !*taker)
+        *taker = static_cast<CCellTaker*>(sqlite3_value_pointer(values[0], TakerType));
+    if (!taker || !*taker) {
+        sqlite3_result_error_nomem(context);
+        return;
+    }
     // No exception may pass through SQLite.
     try {
-        static_cast<CCellTaker*>(sqlite3_user_data(context))->take(values[0]);
+        (*taker)->take(values[1]);
     } catch (...) {
         sqlite3_result_error_nomem(context);
     }
@@ -55,7 +67,16 @@ void finish(sqlite3_context* context)
     sqlite3_result_null(context);
 }
 
-constexpr const char* TakeFunction = "tematica_take";
+void addTakeFunction(Connection& connection)
+{
+    if (connection.hasCellFunction())
+        return;
+    const int made = sqlite3_create_function_v2(connection.handle(), TakeFunction, 2,
+        SQLITE_UTF8 | SQLITE_DIRECTONLY, nullptr, nullptr, &step, &finish, nullptr);
+    if (made != SQLITE_OK)
+        connection.fail(made);
+    connection.hasCellFunction() = true;
+}
 
 } // namespace
 
@@ -190,19 +211,17 @@ CellCounts readCells(
     Connection& connection, const CellSource& source, gis::FieldFormat format, Column& column)
 {
     CCellTaker taker(format, column);
-    const int made = sqlite3_create_function_v2(connection.handle(), TakeFunction, 1,
-        SQLITE_UTF8 | SQLITE_DIRECTONLY, &taker, nullptr, &step, &finish, nullptr);
-    if (made != SQLITE_OK)
-        connection.fail(made);
+    addTakeFunction(connection);
     // An index on the column would give its cells in another order, so it must not be used.
-    std::string sql = std::string("SELECT ") + TakeFunction + "(" + quoted(source.column)
+    std::string sql = std::string("SELECT ") + TakeFunction + "(?1, " + quoted(source.column)
         + ") FROM " + quoted(source.table);
     if (!source.fidColumn.empty())
-        sql += " NOT INDEXED WHERE " + quoted(source.fidColumn) + " BETWEEN ?1 AND ?2";
+        sql += " NOT INDEXED WHERE " + quoted(source.fidColumn) + " BETWEEN ?2 AND ?3";
     Statement statement(connection, sql);
+    statement.bindPointer(1, &taker, TakerType);
     if (!source.fidColumn.empty()) {
-        statement.bindInteger(1, source.firstFid);
-        statement.bindInteger(2, source.lastFid);
+        statement.bindInteger(2, source.firstFid);
+        statement.bindInteger(3, source.lastFid);
     }
     statement.step();
     return taker.counts();

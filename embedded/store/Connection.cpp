@@ -6,6 +6,7 @@
 
 #include <sqlite3.h>
 
+#include <array>
 #include <filesystem>
 #include <unistd.h>
 
@@ -171,6 +172,19 @@ bool Connection::hasTable(std::string_view name)
         "SELECT 1 FROM sqlite_master WHERE type IN ('table', 'view') AND lower(name) = lower(?1)");
     statement.bindText(1, name);
     return statement.step();
+}
+
+std::string Connection::head()
+{
+    std::array<char, 100> bytes {};
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(m_handle, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    if (!file || !file->pMethods)
+        return {};
+    const int code = file->pMethods->xRead(file, bytes.data(), bytes.size(), 0);
+    if (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ)
+        return {};
+    return { bytes.data(), bytes.size() };
 }
 
 bool Connection::isInTransaction() const

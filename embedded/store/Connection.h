@@ -46,15 +46,23 @@ public:
     [[nodiscard]] std::int64_t integerOf(const std::string& sql);
     /// Table, view or virtual table of this name (ASCII case ignored).
     [[nodiscard]] bool hasTable(std::string_view name);
+    /// The file's first 100 bytes as they are on the disk; empty where they cannot be read. Read
+    /// through SQLite's own handle: opening and closing the file beside it would give up every lock
+    /// that this process has on it (POSIX).
+    [[nodiscard]] std::string head();
     [[nodiscard]] bool isInTransaction() const;
     /// Never throws: what cannot be rolled back was rolled back by SQLite itself.
     void rollback() noexcept;
     [[noreturn]] void fail(int code) const;
+    /// False until set: SQLite cannot replace a function while any statement runs, so whoever adds
+    /// one to the connection does it once.
+    [[nodiscard]] bool& hasCellFunction() { return m_hasCellFunction; }
 
 private:
     std::string m_path;
     sqlite3* m_handle = nullptr;
     Activity m_activity = Activity::Opening;
+    bool m_hasCellFunction = false;
 };
 
 /// "name" with quotes doubled, for SQL.

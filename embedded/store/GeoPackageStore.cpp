@@ -57,6 +57,17 @@ void linkVertices(Connection& connection, std::int64_t themeId, const StoredThem
     }
 }
 
+// Counted up in the file's head with each transaction; empty where a write-ahead log holds them
+// back.
+std::string changeCounterOf(Connection& connection)
+{
+    const std::string head = connection.head();
+    constexpr std::size_t WriteVersion = 18;
+    constexpr std::size_t Counter = 24;
+    const bool hasLog = head.size() < Counter + 4 || head[WriteVersion] == 2;
+    return hasLog ? std::string() : head.substr(Counter, 4);
+}
+
 } // namespace
 
 CGeoPackageStore::CGeoPackageStore(std::unique_ptr<Connection> connection, Hold hold)
@@ -81,11 +92,14 @@ Result<void> CGeoPackageStore::readColumn(
         readTableColumn(m_reading, stored->second, *source, field.format, column);
         if (column.rowCount() > table.storedRowCount())
             column.truncate(table.storedRowCount());
+        if (column.rowCount() < table.storedRowCount())
+            failWith(ErrorCode::DamagedFile, path(), "rows are missing");
         noteRead(&field);
+        m_failedReads.erase(&field);
     });
     if (!result) {
         column.truncate(0);
-        m_failedRead = result.error();
+        m_failedReads.insert_or_assign(&field, result.error());
     }
     return result;
 }
@@ -110,10 +124,11 @@ Result<void> CGeoPackageStore::readGeometry(gis::CTheme& theme, EntityStore& ent
                     m_state.linkedPoints, entities);
         }
         noteRead(&theme);
+        m_failedReads.erase(&theme);
     });
     if (!result) {
         entities.beginGeometry();
-        m_failedRead = result.error();
+        m_failedReads.insert_or_assign(&theme, result.error());
     }
     return result;
 }
@@ -200,9 +215,15 @@ void CGeoPackageStore::beginHold()
         static_cast<void>(file.integerOf("SELECT count(*) FROM sqlite_master"));
     }
     const std::int64_t version = file.integerOf("PRAGMA data_version");
-    const bool isSame = m_fileVersion == 0 || version == m_fileVersion;
-    if (m_fileVersion == 0)
+    const std::string counter = changeCounterOf(file);
+    // After a save of ours that failed on the disk SQLite counts a new version, although the file
+    // holds what it held; then the counter in the file tells.
+    const bool isSame = m_fileVersion == 0 || version == m_fileVersion
+        || (!counter.empty() && counter == m_changeCounter);
+    if (isSame) {
         m_fileVersion = version;
+        m_changeCounter = counter;
+    }
     if (!isSame) {
         file.rollback();
         failWith(ErrorCode::WriteFailed, file.path(),

@@ -46,7 +46,10 @@ public:
     [[nodiscard]] FileState& state() { return m_state; }
     void setState(FileState state) { m_state = std::move(state); }
     /// The first read that failed, if any: what the library shows in its place must not be saved.
-    [[nodiscard]] const std::optional<Error>& failedRead() const { return m_failedRead; }
+    [[nodiscard]] const Error* failedRead() const override
+    {
+        return m_failedReads.empty() ? nullptr : &m_failedReads.begin()->second;
+    }
 
     /// Begins the transaction that keeps others out. Errors: LockedForWriting; WriteFailed when
     /// another program wrote since the last hold ended.
@@ -66,7 +69,8 @@ private:
     Hold m_hold;
     FileState m_state;
     std::int64_t m_fileVersion = 0; // differs after another program's write
-    std::optional<Error> m_failedRead;
+    std::string m_changeCounter; // of the file, when it was held last
+    std::map<const void*, Error> m_failedReads; // by field or theme
     std::set<const void*> m_readThings; // fields and themes read, while the hold depends on it
 };
 

@@ -7,8 +7,6 @@
 
 #include "host/base/Numbers.h"
 
-#include <sqlite3.h>
-
 #include <array>
 #include <string_view>
 #include <sys/stat.h>
@@ -33,21 +31,6 @@ void checkFile(const std::string& path)
         failWith(ErrorCode::NoPermission, path);
     if (status.st_size == 0)
         failWith(ErrorCode::EmptyFile, path);
-}
-
-// Read through SQLite's own handle: opening and closing the file beside it would give up
-// every lock that this process has on it (POSIX).
-std::string firstBytes(Connection& connection)
-{
-    std::array<char, 100> bytes {};
-    sqlite3_file* file = nullptr;
-    sqlite3_file_control(connection.handle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    if (!file || !file->pMethods)
-        return {};
-    const int code = file->pMethods->xRead(file, bytes.data(), bytes.size(), 0);
-    if (code != SQLITE_OK && code != SQLITE_IOERR_SHORT_READ)
-        return {};
-    return { bytes.data(), bytes.size() };
 }
 
 std::string seemsToBe(std::string_view bytes)
@@ -81,22 +64,42 @@ std::unique_ptr<Connection> connect(const std::string& path, bool forWriting)
     using Access = Connection::Access;
     auto connection = std::make_unique<Connection>(
         path, forWriting ? Access::ReadWrite : Access::Read, PatienceMs);
-    if (const std::string bytes = firstBytes(*connection); !bytes.starts_with(DatabaseMark))
+    if (const std::string bytes = connection->head(); !bytes.starts_with(DatabaseMark))
         failWith(ErrorCode::NotALibrary, path, seemsToBe(bytes));
     return connection;
 }
 
+// What a program that ended in the middle of a save left beside the file: the file's old state,
+// without which the file holds half of each.
+bool hasJournal(const std::string& path)
+{
+    struct stat status { };
+    return ::stat((path + "-journal").c_str(), &status) == 0 && status.st_size > 0;
+}
+
+// Who only reads cannot take back an interrupted save, so that is done by a connection of its own.
+void takeBackInterruptedSave(const std::string& path)
+{
+    Connection writing(path, Connection::Access::ReadWrite, PatienceMs);
+    static_cast<void>(writing.hasTable("gpkg_contents"));
+}
+
 // A file with a write-ahead log in a folder without rights cannot be opened the usual way,
 // since its lock lies in a file beside it; nobody can write it there either.
-void readFrozenWhereNeeded(std::unique_ptr<Connection>& connection)
+void makeReadable(std::unique_ptr<Connection>& connection)
 {
+    using Access = Connection::Access;
     try {
         static_cast<void>(connection->hasTable("gpkg_contents"));
     } catch (const StoreFailure& failure) {
         if (failure.error().code != ErrorCode::NoPermission)
             throw;
+        const std::string path = connection->path();
+        const bool isInterrupted = hasJournal(path);
+        if (isInterrupted)
+            takeBackInterruptedSave(path);
         connection = std::make_unique<Connection>(
-            connection->path(), Connection::Access::ReadFrozen, PatienceMs);
+            path, isInterrupted ? Access::Read : Access::ReadFrozen, PatienceMs);
     }
 }
 
@@ -131,7 +134,7 @@ std::shared_ptr<CGeoPackageStore> storeFor(const std::string& path, OpenMode mod
 {
     const bool mayWrite = mode == OpenMode::Write && isWritable(path);
     auto connection = connect(path, mayWrite);
-    readFrozenWhereNeeded(connection);
+    makeReadable(connection);
     const Maker maker = makerOf(*connection);
     Hold hold = maker == Maker::Others ? Hold::Foreign : Hold::Read;
     if (maker == Maker::Ours && mayWrite) {
@@ -184,7 +187,7 @@ bool isGeoPackage(const std::string& path)
     const auto answer = store::guarded([&] {
         store::checkFile(path);
         const auto connection = store::connect(path, false);
-        const std::string bytes = store::firstBytes(*connection);
+        const std::string bytes = connection->head();
         // The application's mark in the file's head: GPKG, or GP10 and GP11 of the first versions.
         const std::string_view mark = std::string_view(bytes).substr(68, 4);
         return mark == "GPKG" || mark == "GP10" || mark == "GP11"

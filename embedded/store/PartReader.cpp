@@ -33,10 +33,12 @@ FidRange rangeOf(const StoredPart& part, int half, int of)
 {
     FidRange range;
     const int rows = part.rowCount();
-    range.rows = of == 1 ? rows : half == 0 ? rows / 2 : rows - rows / 2;
+    // Cut where a column's chunk ends, so that the second half's chunks can be taken as they are.
+    const int cut = rows / 2 / gis::ColumnChunkRows * gis::ColumnChunkRows;
+    range.rows = of == 1 ? rows : half == 0 ? cut : rows - cut;
     if (of == 1)
         return range;
-    const std::int64_t middle = fidAt(part, rows / 2);
+    const std::int64_t middle = fidAt(part, cut);
     if (half == 0)
         range.last = middle - 1;
     else

@@ -11,7 +11,7 @@ namespace embedded::store {
 namespace {
 
 // Below this a second thread does not pay for its connection.
-constexpr std::int64_t WorthTwoThreads = 50000;
+constexpr std::int64_t WorthTwoThreads = 150000;
 constexpr int SecondTimeoutMs = 5000;
 
 } // namespace

@@ -20,8 +20,11 @@ CGeoPackageStore* storeOf(Library& library)
 // What could not be read shows as empty; written back, it would be lost.
 void checkReads(Library& library)
 {
-    if (const CGeoPackageStore* opened = storeOf(library); opened && opened->failedRead())
-        throw StoreFailure(*opened->failedRead());
+    const CGeoPackageStore* opened = storeOf(library);
+    if (!opened || !opened->failedRead())
+        return;
+    if (const auto loaded = library.loadAll(); !loaded)
+        throw StoreFailure(loaded.error());
 }
 
 void loadTable(Library& library, gis::CDBTable& table)

@@ -58,6 +58,11 @@ void Statement::bindBlob(int parameter, std::string_view bytes)
         m_handle, parameter, bytes.data() ? bytes.data() : "", bytes.size(), SQLITE_STATIC));
 }
 
+void Statement::bindPointer(int parameter, void* pointer, const char* type)
+{
+    check(sqlite3_bind_pointer(m_handle, parameter, pointer, type, nullptr));
+}
+
 bool Statement::step()
 {
     const int code = sqlite3_step(m_handle);

@@ -30,6 +30,9 @@ public:
     void bindText(int parameter, std::string_view text);
     void bindBlob(int parameter, std::string_view bytes);
 
+    /// For functions of ours only: no SQL can read it. `type` is a literal.
+    void bindPointer(int parameter, void* pointer, const char* type);
+
     /// True when there is a row.
     bool step();
     void reset();

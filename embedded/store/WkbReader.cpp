@@ -148,8 +148,10 @@ private:
     bool addVertices(std::uint32_t count, const ShapeCode& code)
     {
         const std::size_t from = 2 + (code.hasZ ? 1u : 0u) + (code.hasM ? 1u : 0u);
-        if (!m_reader.ok() || count > m_reader.left() / (from * sizeof(double)))
-            return !m_reader.skip(m_reader.left() + 1);
+        if (!m_reader.ok() || count > m_reader.left() / (from * sizeof(double))) {
+            static_cast<void>(m_reader.skip(m_reader.left() + 1)); // damaged from here on
+            return false;
+        }
         const std::size_t to = static_cast<std::size_t>(m_layout.stride());
         const std::size_t at = m_out.coordinates.size();
         m_out.coordinates.resize(at + count * to);

@@ -1,0 +1,196 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tests/embedded/store/LibraryImage.h"
+#include "tests/embedded/store/StoreTesting.h"
+#include "tests/support/LibraryNotation.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace storetest;
+using embedded::FindingCode;
+using embedded::OpenMode;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+constexpr const char* Town = R"(
+table Lampioni (nome text, watt integer, posa date);
+rows Lampioni: ('a', 60, 01/01/2020), ('b', 100, -), ('c', -, -), ('senza', 5, -);
+theme Lampioni: points 2d on Lampioni active;
+ents Lampioni: 0 [1 1], 1 [2 2], 2 [3 3]
+)";
+
+/// A library of ours that another program changed with plain SQL while nobody had it open.
+class OtherProgramsTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(embedded::saveLibraryAs(*support::makeLibrary(Town), path).ok());
+    }
+    std::string changedBy(const std::string& sql)
+    {
+        runSql(path, sql);
+        return reopened();
+    }
+    std::string reopened()
+    {
+        report = {};
+        library.reset();
+        library = opened(path, OpenMode::Write, &report);
+        return library ? support::printTable(*library->GetTable(0)) : "";
+    }
+    bool says(FindingCode code)
+    {
+        for (const auto& finding : report.findings)
+            if (finding.code == code)
+                return true;
+        return false;
+    }
+    void expectSavedWell()
+    {
+        orv::CPolyValue value("toccato");
+        library->SetRowValue(library->GetRow(library->GetTable(0), 0), 0, value);
+        const auto saved = embedded::saveLibrary(*library);
+        ASSERT_TRUE(saved.ok()) << saved.error().detail;
+        const std::string before = imageOf(*library);
+        reopened();
+        EXPECT_EQ(imageOf(*library), before);
+        EXPECT_TRUE(report.findings.empty());
+        EXPECT_EQ(sqlAnswer(path, "SELECT rtreecheck('rtree_Lampioni_geom')"), "ok");
+    }
+
+    CTemporaryFolder folder;
+    std::string path = folder.file("citta.gpkg");
+    embedded::Report report;
+    std::unique_ptr<gis::CLibGis> library;
+};
+
+} // namespace
+
+TEST_F(OtherProgramsTest, AnUntouchedFileSaysNothing)
+{
+    reopened();
+    EXPECT_TRUE(report.findings.empty());
+}
+
+TEST_F(OtherProgramsTest, RowsAddedAreEntitiesWithTheirValues)
+{
+    const std::string text
+        = changedBy("INSERT INTO Lampioni (nome, geom) SELECT 'nuovo', geom FROM Lampioni WHERE "
+                    "fid = 2");
+
+    EXPECT_THAT(text, HasSubstr("('nuovo', -, -)"));
+    EXPECT_EQ(library->GetNoEnts(library->GetTheme(0)), 4);
+    EXPECT_TRUE(says(FindingCode::RowsTakenOver));
+    expectSavedWell();
+}
+
+TEST_F(OtherProgramsTest, RowsDeletedAreGone)
+{
+    const std::string text = changedBy("DELETE FROM Lampioni WHERE nome = 'b'");
+
+    EXPECT_THAT(text, Not(HasSubstr("'b'")));
+    EXPECT_EQ(library->GetNoEnts(library->GetTheme(0)), 2);
+    EXPECT_EQ(library->GetTheme(0)->geometry().part(1, 0).x(0), 3);
+    EXPECT_TRUE(says(FindingCode::RowsTakenOver));
+    expectSavedWell();
+}
+
+TEST_F(OtherProgramsTest, RowsRenumberedKeepTheirValues)
+{
+    const std::string text = changedBy("UPDATE Lampioni SET fid = 50 WHERE nome = 'a'");
+
+    EXPECT_THAT(text, HasSubstr("('a', 60, 01/01/2020)"));
+    EXPECT_EQ(library->GetNoEnts(library->GetTheme(0)), 3);
+    expectSavedWell();
+}
+
+TEST_F(OtherProgramsTest, ColumnsAddedAreFields)
+{
+    const std::string text = changedBy("ALTER TABLE Lampioni ADD COLUMN altezza REAL;"
+                                       "UPDATE Lampioni SET altezza = 4.25 WHERE nome = 'b'");
+
+    EXPECT_THAT(text, HasSubstr("altezza decimal 2"));
+    EXPECT_THAT(text, HasSubstr("('b', 100, -, 4.25)"));
+    EXPECT_THAT(text, HasSubstr("('senza', 5, -, -)"));
+    EXPECT_TRUE(says(FindingCode::ColumnTakenOver));
+    expectSavedWell();
+}
+
+TEST_F(OtherProgramsTest, ColumnsRemovedFromAllTablesAreGone)
+{
+    const std::string text
+        = changedBy("ALTER TABLE Lampioni DROP COLUMN watt; ALTER TABLE Lampioni_2 DROP COLUMN "
+                    "watt");
+
+    EXPECT_THAT(text, Not(HasSubstr("watt")));
+    EXPECT_THAT(text, HasSubstr("('a', 01/01/2020)"));
+    EXPECT_TRUE(says(FindingCode::ColumnGone));
+    expectSavedWell();
+}
+
+TEST_F(OtherProgramsTest, AColumnRemovedFromTheLayerOnlyIsEmptyThere)
+{
+    const std::string text = changedBy("ALTER TABLE Lampioni DROP COLUMN watt");
+
+    EXPECT_THAT(text, HasSubstr("('a', -, 01/01/2020)"));
+    EXPECT_THAT(text, HasSubstr("('senza', 5, -)"));
+    expectSavedWell();
+}
+
+TEST_F(OtherProgramsTest, ValuesOfOtherTypesAreConvertedOrEmptyAndSaid)
+{
+    const std::string text = changedBy("UPDATE Lampioni SET watt = 'tanti' WHERE nome = 'a';"
+                                       "UPDATE Lampioni SET watt = 75.0 WHERE nome = 'b';"
+                                       "UPDATE Lampioni SET posa = 'ieri' WHERE nome = 'c';"
+                                       "UPDATE Lampioni SET nome = 12 WHERE nome = 'c'");
+
+    EXPECT_THAT(text, HasSubstr("('a', -, 01/01/2020)"));
+    EXPECT_THAT(text, HasSubstr("('b', 75, -)"));
+    EXPECT_THAT(text, HasSubstr("('12', -, -)"));
+    EXPECT_TRUE(says(FindingCode::CellsEmptied));
+}
+
+TEST_F(OtherProgramsTest, ShapesMovedGiveTheNewExtent)
+{
+    changedBy("UPDATE Lampioni SET geom = (SELECT geom FROM Lampioni WHERE fid = 3) WHERE fid = 1");
+
+    const embedded::Box box = library->GetTheme(0)->extent();
+    EXPECT_EQ(box.minX, 2);
+    EXPECT_EQ(box.maxX, 3);
+}
+
+TEST_F(OtherProgramsTest, ALayerRemovedIsSaidAndTheRestOpens)
+{
+    const std::string text
+        = changedBy("DROP TABLE rtree_Lampioni_geom; DROP TABLE Lampioni; DELETE FROM "
+                    "gpkg_geometry_columns; DELETE FROM gpkg_contents WHERE table_name = "
+                    "'Lampioni'");
+
+    EXPECT_EQ(library->GetNumThemes(), 0);
+    EXPECT_THAT(text, HasSubstr("('senza', 5, -)"));
+    EXPECT_TRUE(says(FindingCode::LayerSkipped));
+}
+
+TEST_F(OtherProgramsTest, ATableMadeAnewWithoutOurTriggersIsReadAsItIs)
+{
+    const std::string text = changedBy(
+        "CREATE TABLE temporary AS SELECT * FROM Lampioni; DROP TABLE Lampioni;"
+        "CREATE TABLE Lampioni (fid INTEGER PRIMARY KEY, nome TEXT, watt MEDIUMINT, posa DATE, "
+        "geom POINT); INSERT INTO Lampioni SELECT fid + 10, nome, watt, posa, geom FROM temporary; "
+        "DROP TABLE temporary");
+
+    EXPECT_THAT(text, HasSubstr("('a', 60, 01/01/2020)"));
+    EXPECT_EQ(library->GetNoEnts(library->GetTheme(0)), 3);
+}
+
+TEST_F(OtherProgramsTest, AnotherReferenceSystemIsTaken)
+{
+    changedBy("INSERT INTO gpkg_spatial_ref_sys VALUES ('x', 3003, 'EPSG', 3003, 'WKT', NULL);"
+              "UPDATE gpkg_geometry_columns SET srs_id = 3003");
+
+    EXPECT_EQ(library->GetTheme(0)->referenceSystem.code, 3003);
+    EXPECT_EQ(library->GetTheme(0)->referenceSystem.definition, "WKT");
+}
