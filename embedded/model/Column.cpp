@@ -336,11 +336,18 @@ int Column::emptyCount() const
 
 gis::ColumnView Column::view() const
 {
-    m_data->views.clear();
-    for (const auto& shared : m_data->chunks) {
-        const Chunk& chunk = shared.read();
-        m_data->views.push_back({ chunk.words.data(),
-            chunk.validity.empty() ? nullptr : chunk.validity.data(), chunk.rows });
+    // Written only where it differs: another reader may be walking over it.
+    std::vector<gis::ColumnChunk>& views = m_data->views;
+    if (views.size() != m_data->chunks.size())
+        views.resize(m_data->chunks.size());
+    for (std::size_t i = 0; i < views.size(); ++i) {
+        const Chunk& chunk = m_data->chunks[i].read();
+        const void* validity = chunk.validity.empty() ? nullptr : chunk.validity.data();
+        gis::ColumnChunk& known = views[i];
+        if (known.values != chunk.words.data() || known.validity != validity
+            || known.rowCount != chunk.rows)
+            known = { chunk.words.data(), chunk.validity.empty() ? nullptr : chunk.validity.data(),
+                chunk.rows };
     }
     gis::ColumnView view;
     view.kind = m_data->kind;

@@ -196,6 +196,15 @@ bool EntityStore::addMeasures()
     return true;
 }
 
+void EntityStore::removeMeasures()
+{
+    if (entityCount() > 0)
+        return;
+    m_data->hasM = false;
+    m_data->stride = 2 + m_data->hasZ;
+    m_data->freshBlock = true;
+}
+
 int EntityStore::entityCount() const
 {
     return m_data->entities.size();

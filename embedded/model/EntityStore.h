@@ -72,6 +72,8 @@ public:
     void restore(int entityCount, int totalPartCount);
     /// Gives vertices room for measures; false (nothing done) once there are entities.
     bool addMeasures();
+    /// Takes that back; nothing is done once there are entities.
+    void removeMeasures();
     /// Replaces all parts while keeping the entity handles: used when geometry is read after the
     /// entities.
     void beginGeometry();

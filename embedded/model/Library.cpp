@@ -13,15 +13,26 @@ namespace {
 
 class FunctionChange final : public orv::IChange {
 public:
-    FunctionChange(std::function<void()> undo, std::function<void()> redo)
-        : m_undo(std::move(undo))
+    FunctionChange(std::weak_ptr<const Library::Life> library, std::function<void()> undo,
+        std::function<void()> redo)
+        : m_library(std::move(library))
+        , m_undo(std::move(undo))
         , m_redo(std::move(redo))
     {
     }
-    void Undo() override { m_undo(); }
-    void Redo() override { m_redo(); }
+    void Undo() override
+    {
+        if (!m_library.expired())
+            m_undo();
+    }
+    void Redo() override
+    {
+        if (!m_library.expired())
+            m_redo();
+    }
 
 private:
+    std::weak_ptr<const Library::Life> m_library; // a record may outlive the library
     std::function<void()> m_undo;
     std::function<void()> m_redo;
 };
@@ -104,11 +115,28 @@ void Library::markModified()
     m_data->facade.CLibGen::SetModifiedFlag(true);
 }
 
+Library::UnsavedWork Library::unsavedWork() const
+{
+    return { m_data->changeCount, m_data->facade.CLibGen::GetModifiedFlag() };
+}
+
+void Library::restoreUnsavedWork(const UnsavedWork& before)
+{
+    m_data->changeCount = before.changeCount;
+    m_data->facade.CLibGen::SetModifiedFlag(before.isModified);
+}
+
+void Library::setChanges(orv::CChangeTransactionManager* changes)
+{
+    m_data->changes = changes;
+}
+
 void Library::record(std::function<void()> undo, std::function<void()> redo)
 {
     ++m_data->changeCount;
     if (m_data->changes && !m_data->changes->IsReplaying())
-        m_data->changes->Record(std::make_unique<FunctionChange>(std::move(undo), std::move(redo)));
+        m_data->changes->Record(
+            std::make_unique<FunctionChange>(m_data->life, std::move(undo), std::move(redo)));
 }
 
 const std::vector<gis::CDBTable*>& Library::tables() const
@@ -238,7 +266,7 @@ void Library::deleteTable(gis::CDBTable* table)
 gis::CTheme* Library::createTheme(gis::CDBTable* table, const orv::String& name, gis::EntType type,
     gis::EntTypeCoords coords, std::int64_t drawing, bool hasM)
 {
-    if (!table)
+    if (!table || &table->library() != this)
         return nullptr;
     const orv::ChangeStep step(m_data->changes, orv::String());
     auto theme = std::make_shared<gis::CTheme>(*this, table, name, type, coords, hasM);
@@ -283,10 +311,12 @@ void Library::renameTable(gis::CDBTable* table, const orv::String& name)
 {
     if (!table)
         return;
+    markModified();
     const orv::String old = table->name();
+    if (old == name)
+        return;
     table->setName(name);
     record([table, old] { table->setName(old); }, [table, name] { table->setName(name); });
-    markModified();
 }
 
 void Library::replaceStructure(gis::CDBTable* table, Structure structure)
@@ -441,21 +471,27 @@ IStore* Library::store() const
 
 Result<void> Library::loadAll()
 {
+    retryFailedReads();
     for (gis::CDBTable* table : m_data->tables)
         for (int i = 0; i < table->fieldCount(); ++i)
-            if (!table->isColumnLoaded(i)) {
-                // Read here, so that a failure is told and not taken for empty cells.
-                Column column(columnKindOf(table->field(i)->format));
-                if (m_data->store)
-                    if (const auto read
-                        = m_data->store->readColumn(*table, *table->field(i), column);
-                        !read)
-                        return read.error();
-                table->takeLoaded(i, std::move(column));
-            }
+            static_cast<void>(table->column(i));
     for (gis::CTheme* theme : m_data->themes)
         static_cast<void>(theme->geometry());
+    // What could not be read shows as empty, and must not be taken for it.
+    if (m_data->store)
+        if (const Error* failed = m_data->store->failedRead())
+            return *failed;
     return {};
+}
+
+void Library::retryFailedReads()
+{
+    if (!m_data->store || !m_data->store->failedRead())
+        return;
+    for (gis::CDBTable* table : m_data->tables)
+        table->forgetFailedColumns();
+    for (gis::CTheme* theme : m_data->themes)
+        theme->forgetFailedGeometry();
 }
 
 void Library::restoreActiveTheme(gis::CTheme* theme)

@@ -126,8 +126,8 @@ public:
     // Store
     void setStore(std::shared_ptr<IStore> store);
     [[nodiscard]] IStore* store() const;
-    /// Reads everything that is still only in the store (before saving elsewhere or when the file
-    /// must be let go).
+    /// Reads everything that is still only in the store, also what could not be read before (before
+    /// saving elsewhere or when the file must be let go). Errors: those of the store's reading.
     Result<void> loadAll();
     /// Builders: adds an object as it is, not recorded.
     gis::CDBTable* adoptTable(std::unique_ptr<gis::CDBTable> table);
@@ -163,9 +163,23 @@ public:
     void setExtension(const std::string& name, void* extension);
     void* extension(const char* name);
 
+    /// For work that takes itself back whole: whether there was unsaved work before.
+    struct UnsavedWork {
+        std::uint64_t changeCount = 0;
+        bool isModified = false;
+    };
+    [[nodiscard]] UnsavedWork unsavedWork() const;
+    void restoreUnsavedWork(const UnsavedWork& before);
+    /// Another record of changes from now on; null: none.
+    void setChanges(orv::CChangeTransactionManager* changes);
+
+    /// Lives as long as the library: for records of changes that may outlive it.
+    struct Life;
+
 private:
     struct Data;
     std::unique_ptr<Data> m_data;
+    void retryFailedReads();
     void insertTable(std::shared_ptr<gis::CDBTable> table, std::size_t position);
     void eraseTable(const gis::CDBTable* table);
     void insertTheme(std::shared_ptr<gis::CTheme> theme, std::size_t position);

@@ -23,8 +23,9 @@ public:
         std::uint64_t before;
         std::uint64_t after;
     };
-    explicit CellsChange(gis::CDBTable* table)
-        : m_table(table)
+    CellsChange(std::weak_ptr<const Library::Life> library, gis::CDBTable* table)
+        : m_library(std::move(library))
+        , m_table(table)
     {
     }
     [[nodiscard]] gis::CDBTable* table() const { return m_table; }
@@ -43,6 +44,8 @@ public:
 private:
     void write(const Cell& cell, bool valid, std::uint64_t raw)
     {
+        if (m_library.expired())
+            return;
         const int field = m_table->indexOf(cell.field);
         if (field < 0 || cell.row >= m_table->rowCount())
             return;
@@ -53,6 +56,7 @@ private:
             column.setEmpty(cell.row);
         m_table->markCellChanged(cell.row, field);
     }
+    std::weak_ptr<const Library::Life> m_library; // a record may outlive the library
     gis::CDBTable* m_table;
     std::vector<Cell> m_cells;
 };
@@ -140,7 +144,7 @@ void Library::setCell(orv::CResultRow* row, int fieldIndex, const orv::CPolyValu
         run->add(cell);
         return;
     }
-    auto started = std::make_unique<CellsChange>(table);
+    auto started = std::make_unique<CellsChange>(m_data->life, table);
     started->add(cell);
     changes->Record(std::move(started));
 }
@@ -151,6 +155,8 @@ void Library::initializeWithDefaults(gis::CDBTable* table, orv::CResultRow* row)
         return;
     const int index = gis::CDBTable::indexOf(row);
     for (int i = 0; i < table->fieldCount(); ++i) {
+        if (table->field(i)->isPredefined())
+            continue; // its value is computed, or there is none
         const orv::CPolyValue value = defaultValue(*table->field(i));
         if (value.IsEmpty() || table->column(i).hasValue(index))
             continue;

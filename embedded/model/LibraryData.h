@@ -10,6 +10,8 @@
 
 namespace embedded {
 
+struct Library::Life { };
+
 struct Library::Data {
     Data(gis::CLibGis& owner, orv::CChangeTransactionManager* manager, std::int64_t drawing)
         : facade(owner)
@@ -17,6 +19,7 @@ struct Library::Data {
         , targetDrawing(drawing)
     {
     }
+    std::shared_ptr<const Life> life = std::make_shared<Life>();
     gis::CLibGis& facade;
     orv::CChangeTransactionManager* changes;
     std::int64_t targetDrawing;

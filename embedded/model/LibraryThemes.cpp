@@ -10,14 +10,16 @@ void Library::setThemeMember(gis::CTheme* theme, Member member, const Value& val
 {
     if (!theme)
         return;
+    markModified();
     const Value old = theme->*member;
+    if (old == value)
+        return;
     const auto set = [theme, member](const Value& to) {
         theme->*member = to;
         theme->attributesChanged = true;
     };
     set(value);
     record([set, old] { set(old); }, [set, value] { set(value); });
-    markModified();
 }
 
 void Library::renameTheme(gis::CTheme* theme, const orv::String& name)
@@ -33,7 +35,7 @@ gis::CTheme* Library::activeTheme() const
 void Library::setActiveTheme(gis::CTheme* theme)
 {
     gis::CTheme* const old = m_data->active;
-    if (old == theme)
+    if (old == theme || (theme && &theme->library() != this))
         return;
     const auto set = [this](gis::CTheme* active) {
         for (gis::CTheme* touched : { m_data->active, active })

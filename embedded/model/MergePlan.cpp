@@ -165,7 +165,7 @@ void Merging::appendRows()
     for (std::size_t i = 0; i < m_mapping.size(); ++i) {
         if (m_mapping[i] < 0)
             continue;
-        Column& column = table.columnForWriting(m_mapping[i]);
+        Column& column = table.columnForCells(m_mapping[i]); // the rows that were there stay
         column.truncate(firstRow);
         column.append(*m_incoming[i]);
     }

@@ -173,6 +173,11 @@ orv::CPolyValue numberOrEmpty(double value)
 
 orv::CPolyValue predefinedValue(gis::FieldType type, gis::CTheme& theme, int entityIndex)
 {
+    // A null shape has no area of 0: it has none.
+    const bool hasShape = entityIndex >= 0 && entityIndex < theme.entities().entityCount()
+        && theme.geometry().partCount(entityIndex) > 0;
+    if (!hasShape)
+        return {};
     switch (type) {
     case gis::FieldType::FromUser:
         return {};

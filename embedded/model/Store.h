@@ -28,6 +28,9 @@ public:
     /// Fills the parts of all stored entities (handles exist already), in entity order; links
     /// points.
     virtual Result<void> readGeometry(gis::CTheme& theme, EntityStore& entities) = 0;
+    /// Why a column or a theme's geometry could not be read; null while all that was asked for was.
+    /// Reading it again, with success, takes the failure back.
+    [[nodiscard]] virtual const Error* failedRead() const = 0;
     /// Extent of a theme's stored entities without reading them; empty when unknown.
     virtual Box extentOf(const gis::CTheme& theme) = 0;
     /// Entities (by index) whose boxes meet a rectangle, without reading the geometry; false when

@@ -181,6 +181,7 @@ void CDBTable::takeLoaded(int fieldIndex, embedded::Column column)
         column.appendEmpty(rowCount() - column.rowCount());
     slot.column = std::move(column);
     slot.loaded = true;
+    slot.hasFailed = false;
 }
 
 void CDBTable::truncateRows(int count)
@@ -203,6 +204,7 @@ const embedded::Column& CDBTable::column(int fieldIndex)
     embedded::IStore* store = m_data->library.store();
     const bool complete = store && store->readColumn(*this, *field(fieldIndex), read).ok()
         && read.rowCount() == rowCount();
+    slot.hasFailed = !complete;
     if (!complete) {
         read = embedded::Column(slot.column.kind());
         read.appendEmpty(rowCount());
@@ -210,6 +212,16 @@ const embedded::Column& CDBTable::column(int fieldIndex)
     slot.column = std::move(read);
     slot.loaded = true;
     return slot.column;
+}
+
+void CDBTable::forgetFailedColumns()
+{
+    for (ColumnSlot& slot : m_data->slots)
+        if (slot.hasFailed && !slot.allChanged && slot.changed.empty()
+            && rowCount() == m_data->storedRows) {
+            slot.hasFailed = false;
+            slot.loaded = false;
+        }
 }
 
 bool CDBTable::isColumnLoaded(int fieldIndex) const

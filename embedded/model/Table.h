@@ -89,6 +89,9 @@ public:
     /// The column, read from the store now if it was not yet; empty cells where reading failed.
     [[nodiscard]] const embedded::Column& column(int fieldIndex);
     [[nodiscard]] bool isColumnLoaded(int fieldIndex) const;
+    /// Columns that could not be read, and that nobody wrote to since, are read again when they are
+    /// asked for next.
+    void forgetFailedColumns();
     /// For writers: marks the whole column as changed against the store.
     embedded::Column& columnForWriting(int fieldIndex);
     /// For writers of single cells, who call `markCellChanged` for each.

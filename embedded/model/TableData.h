@@ -20,6 +20,7 @@ struct ColumnSlot {
     }
     Column column;
     bool loaded = true;
+    bool hasFailed = false; // it could not be read: empty cells stand in its place
     bool allChanged = true;
     std::vector<std::uint64_t> changed; // one bit a row, only while not allChanged
 };

@@ -172,7 +172,7 @@ bool CCtrlDlgTableEdit::Impl::readColumns() const
         if (!store || !store->readColumn(*table, *table->field(i), cells)
             || cells.rowCount() != table->rowCount())
             return false;
-        table->setColumn(i, std::move(cells));
+        table->takeLoaded(i, std::move(cells));
     }
     return true;
 }

@@ -26,14 +26,28 @@ embedded::EntityStore& CTheme::geometry()
     if (!m_geometryLoaded) {
         m_geometryLoaded = true; // also when reading fails: the entities are then without shape
         if (embedded::IStore* store = m_library.store())
-            static_cast<void>(store->readGeometry(*this, *m_entities).ok());
+            m_hasFailed = !store->readGeometry(*this, *m_entities);
     }
     return *m_entities;
+}
+
+void CTheme::forgetFailedGeometry()
+{
+    if (m_hasFailed && m_entities->totalPartCount() == 0
+        && m_entities->entityCount() == storedEntityCount) {
+        m_hasFailed = false;
+        m_geometryLoaded = false;
+    }
 }
 
 bool CTheme::addMeasures()
 {
     return m_entities->addMeasures();
+}
+
+void CTheme::removeMeasures()
+{
+    m_entities->removeMeasures();
 }
 
 embedded::Box CTheme::extent()

@@ -74,6 +74,9 @@ public:
     [[nodiscard]] embedded::EntityStore& geometry();
     /// Gives a theme's vertices room for measures; false (nothing done) once there are entities.
     bool addMeasures();
+    void removeMeasures(); // takes that back, while there are no entities
+    /// Geometry that could not be read is read again when it is asked for next.
+    void forgetFailedGeometry();
     [[nodiscard]] bool isGeometryLoaded() const { return m_geometryLoaded; }
     void setGeometryPending() { m_geometryLoaded = false; } // the store will give it
     /// Extent, from the store where the geometry was not read yet.
@@ -97,6 +100,7 @@ public:
 private:
     embedded::Library& m_library;
     std::unique_ptr<embedded::EntityStore> m_entities;
+    bool m_hasFailed = false;
     bool m_geometryLoaded = true;
 };
 

@@ -110,6 +110,7 @@ struct TOpzLabel {
     double horizontalOffset = 0.0;
     double verticalOffset = 0.0;
     bool aligned = false; // the text follows the line (line themes only)
+    friend bool operator==(const TOpzLabel&, const TOpzLabel&) = default;
 };
 
 } // namespace gis

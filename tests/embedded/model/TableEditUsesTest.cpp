@@ -124,11 +124,15 @@ public:
     {
         return embedded::Error { embedded::ErrorCode::DamagedFile, "x.gpkg", "" };
     }
+    [[nodiscard]] const embedded::Error* failedRead() const override { return &m_error; }
     embedded::Box extentOf(const gis::CTheme&) override { return {}; }
     bool entitiesIn(const gis::CTheme&, const embedded::Box&, std::vector<int>&) override
     {
         return false;
     }
+
+private:
+    embedded::Error m_error { embedded::ErrorCode::DamagedFile, "x.gpkg", "" };
 };
 
 TEST(TableEditUsesTest, ColumnsThatCannotBeReadAreNotCommittedAsEmpty)
