@@ -41,15 +41,24 @@ void runOnAllCores(std::size_t count, const Work& work, const Wait& wait)
         --running;
     };
     const std::size_t cores = std::max(1u, std::thread::hardware_concurrency());
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads; // joined also when waiting or starting one fails
     const std::size_t wanted = std::min(count, cores);
-    running = wanted;
-    for (std::size_t i = 0; i < wanted; ++i)
-        threads.emplace_back(loop);
+    for (std::size_t i = 0; i < wanted; ++i) {
+        ++running;
+        try {
+            threads.emplace_back(loop);
+        } catch (const std::system_error&) { // no thread to be had: those that run do it all
+            --running;
+            break;
+        }
+    }
+    if (threads.empty()) {
+        ++running;
+        loop();
+    }
     while (running > 0)
         wait();
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     if (failure)
         std::rethrow_exception(failure);
 }

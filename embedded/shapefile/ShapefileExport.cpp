@@ -153,9 +153,13 @@ void Exporter::writeBeside(const ShapeLayout& layout)
     const std::vector<int> rows = rowsOf(entities);
     for (int i = 0; i < table.fieldCount(); ++i)
         (void)table.column(i); // loaded before the other thread runs
+    // What could not be read shows as empty, and must not be written as that.
+    if (const IStore* store = m_theme.library().store())
+        if (const Error* failed = store->failedRead())
+            return m_files[2].fail(failed->detail);
     std::atomic<std::int64_t> shapesDone { 0 };
     std::atomic<bool> shapesFailed { false };
-    std::thread shapes([&] {
+    std::jthread shapes([&] { // joined also when the table cannot be written
         try {
             writeShapes(entities, layout, m_files[0], m_files[1], m_isStopped, shapesDone);
         } catch (const std::bad_alloc&) {

@@ -41,14 +41,19 @@ private:
     std::chrono::steady_clock::time_point m_next {};
 };
 
-/// One step of the library's changes; taken back unless it is kept.
+/// One step of the library's changes; taken back unless it is kept. A library that keeps no record
+/// keeps one for so long.
 class ImportStep final {
 public:
     explicit ImportStep(Library& library)
-        : m_changes(library.changes())
+        : m_library(library)
+        , m_unsaved(library.unsavedWork())
     {
-        if (!m_changes)
-            return;
+        if (!library.changes()) {
+            m_own = std::make_unique<orv::CChangeTransactionManager>();
+            library.setChanges(m_own.get());
+        }
+        m_changes = library.changes();
         m_changes->BeginStep(StepName);
         m_mark = m_changes->OpenChangeCount();
     }
@@ -56,17 +61,53 @@ public:
     ImportStep& operator=(const ImportStep&) = delete;
     ~ImportStep()
     {
-        if (!m_changes)
-            return;
         if (!m_isKept)
             m_changes->TakeBackTo(m_mark);
         m_changes->EndStep();
+        if (m_own)
+            m_library.setChanges(nullptr);
+        if (!m_isKept)
+            m_library.restoreUnsavedWork(m_unsaved);
     }
     void keep() { m_isKept = true; }
 
 private:
-    orv::CChangeTransactionManager* m_changes;
+    Library& m_library;
+    Library::UnsavedWork m_unsaved;
+    std::unique_ptr<orv::CChangeTransactionManager> m_own;
+    orv::CChangeTransactionManager* m_changes = nullptr;
     std::size_t m_mark = 0;
+    bool m_isKept = false;
+};
+
+/// Entities and linked points are recorded once they are all there; until then they go again when
+/// the scope ends.
+class UnrecordedAdditions final {
+public:
+    UnrecordedAdditions(Library& library, gis::CTheme& theme, std::size_t pointsBefore)
+        : m_library(library)
+        , m_entities(theme.geometry())
+        , m_firstEntity(m_entities.entityCount())
+        , m_pointsBefore(pointsBefore)
+    {
+    }
+    UnrecordedAdditions(const UnrecordedAdditions&) = delete;
+    UnrecordedAdditions& operator=(const UnrecordedAdditions&) = delete;
+    ~UnrecordedAdditions()
+    {
+        if (m_isKept)
+            return;
+        m_entities.truncate(m_firstEntity);
+        m_library.removeLinkedPointsFrom(m_pointsBefore);
+    }
+    [[nodiscard]] int firstEntity() const { return m_firstEntity; }
+    void keep() { m_isKept = true; }
+
+private:
+    Library& m_library;
+    EntityStore& m_entities;
+    int m_firstEntity;
+    std::size_t m_pointsBefore;
     bool m_isKept = false;
 };
 
@@ -95,7 +136,6 @@ private:
     void addParts(EntityStore& entities, const ShapeView& shape) const;
     void recordPoints(std::size_t before);
     void finish(int firstEntity, gis::ILinkImportedEnt* link);
-    void takeBackUnrecorded(int firstEntity);
     [[nodiscard]] Error clash(const orv::String& name) const
     {
         return { ErrorCode::NameClash, name.Bytes(), {} };
@@ -110,8 +150,6 @@ private:
     std::unique_ptr<LinkedPointMaker> m_points;
     gis::CDBTable* m_table = nullptr;
     gis::CTheme* m_theme = nullptr;
-    gis::CDBTable* m_newTable = nullptr; // in this library
-    bool m_isNewTheme = false;
     bool m_wasMerged = false;
     int m_rowOffset = 0;
 };
@@ -120,7 +158,7 @@ Result<void> Importer::createUnasked()
 {
     if (m_library.findTable(m_name) || m_library.findTheme(m_name))
         return clash(m_name);
-    m_newTable = m_table = m_library.createTable(m_name);
+    m_table = m_library.createTable(m_name);
     fillTable(*m_table);
     const std::int32_t type = m_shapefile.shp.shapeType();
     m_theme = m_library.createTheme(m_table, m_name, shp::entTypeOf(type), shp::coordsOf(type),
@@ -138,8 +176,6 @@ Result<void> Importer::createThrough(gis::IGisMerger& merger)
     merger.OnBeforeLoadTable(m_name, target, existing, loaded);
     if (!target || !loaded)
         return clash(m_name);
-    if (&loaded->library() == &m_library)
-        m_newTable = loaded;
     fillTable(*loaded);
     std::vector<int> mapping;
     merger.OnAfterLoadTable(target, existing, loaded, mapping);
@@ -148,15 +184,14 @@ Result<void> Importer::createThrough(gis::IGisMerger& merger)
     if (!m_table || m_rowOffset < 0 || m_table->rowCount() < m_rowOffset + rows)
         return clash(m_name);
     m_wasMerged = m_table == existing;
-    if (!m_wasMerged)
-        m_newTable = m_table;
     const std::int32_t type = m_shapefile.shp.shapeType();
     // A theme that is there keeps its drawing layer; a new one goes where the library puts them.
     const std::int64_t drawing = m_library.findTheme(m_name) ? 0 : m_library.targetDrawing();
-    m_theme
+    gis::CTheme* theme
         = merger.OnLoadTheme(m_name, m_table, shp::entTypeOf(type), shp::coordsOf(type), drawing);
-    if (!m_theme || m_theme->table != m_table || m_theme->type != shp::entTypeOf(type))
+    if (!theme || theme->table != m_table || theme->type != shp::entTypeOf(type))
         return clash(m_name);
+    m_theme = theme;
     return {};
 }
 
@@ -175,13 +210,28 @@ void Importer::fillTable(gis::CDBTable& table)
 
 void Importer::prepareTheme()
 {
-    const EntityStore& entities = m_theme->geometry();
-    m_isNewTheme = entities.entityCount() == 0;
-    if (m_isNewTheme && m_theme->referenceSystem.definition.empty())
-        m_theme->referenceSystem = m_shapefile.referenceSystem;
+    gis::CTheme* const theme = m_theme;
+    const EntityStore& entities = theme->geometry();
+    // What the file says of itself is taken on by a theme that holds nothing yet.
+    if (entities.entityCount() == 0 && theme->referenceSystem.definition.empty()
+        && !m_shapefile.referenceSystem.definition.empty()) {
+        const auto set = [theme](const ReferenceSystem& system) {
+            theme->referenceSystem = system;
+            theme->attributesChanged = true;
+        };
+        const ReferenceSystem before = theme->referenceSystem;
+        const ReferenceSystem after = m_shapefile.referenceSystem;
+        set(after);
+        m_library.record([set, before] { set(before); }, [set, after] { set(after); });
+    }
     const bool lacksMeasures = m_shapefile.hasMeasures && !entities.hasM();
-    if (!lacksMeasures || m_theme->addMeasures())
+    if (!lacksMeasures)
         return;
+    if (theme->addMeasures()) {
+        m_library.record([theme] { theme->removeMeasures(); },
+            [theme] { static_cast<void>(theme->addMeasures()); });
+        return;
+    }
     Finding dropped;
     dropped.code = FindingCode::MeasureDropped;
     dropped.count = static_cast<std::int64_t>(m_shapefile.shapes.size());
@@ -268,21 +318,6 @@ void Importer::finish(int firstEntity, gis::ILinkImportedEnt* link)
     m_library.markModified();
 }
 
-/// What a library without a record of changes can be given back.
-void Importer::takeBackUnrecorded(int firstEntity)
-{
-    if (m_library.changes())
-        return;
-    if (m_theme && m_isNewTheme)
-        m_library.removeTheme(m_theme);
-    else if (m_theme)
-        m_theme->geometry().truncate(firstEntity);
-    if (m_newTable)
-        m_library.deleteTable(m_newTable);
-    else if (m_wasMerged)
-        m_table->truncateRows(m_rowOffset);
-}
-
 Result<ShapefileImportResult> Importer::import(gis::IGisMerger* merger, gis::ILinkImportedEnt* link)
 {
     if (m_options.points.createPoints)
@@ -291,26 +326,21 @@ Result<ShapefileImportResult> Importer::import(gis::IGisMerger* merger, gis::ILi
     ImportStep step(m_library);
     const std::size_t pointsBefore = m_library.linkedPointCount();
     const Result<void> created = merger ? createThrough(*merger) : createUnasked();
-    int firstEntity = 0;
-    if (created) {
-        prepareTheme();
-        firstEntity = m_theme->geometry().entityCount();
-        if (addEntities(firstEntity)) {
-            recordPoints(pointsBefore);
-            finish(firstEntity, link);
-            step.keep();
-            ShapefileImportResult result;
-            result.table = m_table;
-            result.theme = m_theme;
-            result.tableRenamed = !m_wasMerged && m_table->name() != m_name;
-            return result;
-        }
-        if (!m_isNewTheme)
-            m_theme->geometry().truncate(firstEntity);
-        m_library.removeLinkedPointsFrom(pointsBefore);
-    }
-    takeBackUnrecorded(firstEntity);
-    return created ? Error { ErrorCode::Cancelled, m_name.Bytes(), {} } : created.error();
+    if (!created)
+        return created.error();
+    prepareTheme();
+    UnrecordedAdditions additions(m_library, *m_theme, pointsBefore);
+    if (!addEntities(additions.firstEntity()))
+        return Error { ErrorCode::Cancelled, m_name.Bytes(), {} };
+    recordPoints(pointsBefore);
+    finish(additions.firstEntity(), link);
+    additions.keep();
+    step.keep();
+    ShapefileImportResult result;
+    result.table = m_table;
+    result.theme = m_theme;
+    result.tableRenamed = !m_wasMerged && m_table->name() != m_name;
+    return result;
 }
 
 Result<void> refuseWarnings(const std::string& path, const Report& report, std::size_t from)
@@ -346,6 +376,8 @@ Result<ShapefileImportResult> importShapefile(gis::CLibGis& library, const std::
             .import(merger, link);
     } catch (const std::bad_alloc&) {
         return Error { ErrorCode::Internal, path, "out of memory" };
+    } catch (const std::exception& failure) { // no thread could be started
+        return Error { ErrorCode::Internal, path, failure.what() };
     }
 }
 
