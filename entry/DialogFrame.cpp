@@ -15,11 +15,9 @@ namespace entry {
 
 namespace {
 
-/// Why no dialog can be shown; null when one can.
-const char* obstacle(std::initializer_list<const void*> needed)
+/// Why the process cannot show a dialog now; null when it can.
+const char* obstacle()
 {
-    if (std::find(needed.begin(), needed.end(), nullptr) != needed.end())
-        return "an object that it needs is null";
     const auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
     if (!application)
         return "the process has no QApplication";
@@ -28,20 +26,16 @@ const char* obstacle(std::initializer_list<const void*> needed)
     return nullptr;
 }
 
-void tell(const Frame& frame, const char* reason)
-{
-    if (frame.telling == Telling::OneLine)
-        std::fprintf(stderr, "tematica: %s: %s, no dialog is shown\n", frame.name, reason);
-}
-
 } // namespace
 
 bool runDialog(const Frame& frame, std::initializer_list<const void*> needed,
     const std::function<bool()>& dialog) noexcept
 {
     try {
-        if (const char* reason = obstacle(needed)) {
-            tell(frame, reason);
+        if (std::find(needed.begin(), needed.end(), nullptr) != needed.end())
+            return frame.cancelled;
+        if (const char* reason = obstacle()) {
+            std::fprintf(stderr, "tematica: %s: %s, no dialog is shown\n", frame.name, reason);
             return frame.cancelled;
         }
         const ResourceGuard guard(moduleRecord().resourceHandle);

@@ -8,7 +8,7 @@
 
 bool FDlgQuery(std::int64_t drawing, CDravoEng* engine, gis::CLibGis* library)
 {
-    const entry::Frame frame { "FDlgQuery", true, entry::Telling::OneLine };
+    const entry::Frame frame { "FDlgQuery", true };
     return entry::runDialog(frame, { library }, [=] {
         CDlgQuery dialog(drawing, engine, library);
         kit::runModal(dialog);

@@ -28,7 +28,7 @@ bool FDlgCompileTableGIS(gis::CLibGis* library, gis::CTheme* theme, orv::CResult
 
 bool FDlgShowTableGIS(gis::CLibGis* library, gis::CDBTable* table)
 {
-    const entry::Frame frame { "FDlgShowTableGIS", true, entry::Telling::OneLine };
+    const entry::Frame frame { "FDlgShowTableGIS", true };
     return entry::runDialog(frame, { library, table }, [=] {
         CDlgShowTable dialog(library, table);
         kit::runModal(dialog);

@@ -69,24 +69,15 @@ TEST_F(DialogFrameTest, NullObjectsGiveTheCancelledAnswerWithoutADialog)
     EXPECT_FALSE(m_ran);
 }
 
-TEST_F(DialogFrameTest, FunctionsThatAlwaysSayTrueTellWhyNothingIsShown)
-{
-    const auto app = application();
-
-    testing::internal::CaptureStderr();
-    EXPECT_TRUE(run({ "FDlgQuery", true, Telling::OneLine }, { nullptr }));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-        "tematica: FDlgQuery: an object that it needs is null, no dialog is shown\n");
-}
-
 TEST_F(DialogFrameTest, WithoutAnApplicationNoDialogRuns)
 {
     ASSERT_EQ(QCoreApplication::instance(), nullptr);
 
     testing::internal::CaptureStderr();
     EXPECT_FALSE(run({ "FDlgA", false }, { &m_object }));
-    EXPECT_TRUE(run({ "FDlgQuery", true, Telling::OneLine }, { &m_object }));
+    EXPECT_TRUE(run({ "FDlgQuery", true }, { &m_object }));
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "tematica: FDlgA: the process has no QApplication, no dialog is shown\n"
         "tematica: FDlgQuery: the process has no QApplication, no dialog is shown\n");
     EXPECT_FALSE(m_ran);
 }
@@ -109,7 +100,7 @@ TEST_F(DialogFrameTest, AnotherThreadThanTheApplicationsRunsNoDialog)
 
     testing::internal::CaptureStderr();
     const std::unique_ptr<QThread> thread(QThread::create([&] {
-        answer = run({ "FDlgShow", true, Telling::OneLine }, { &m_object });
+        answer = run({ "FDlgShow", true }, { &m_object });
     }));
     thread->start();
     thread->wait();

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
 
 // Through the shared library, as a host calls it.
 
@@ -29,15 +30,11 @@ void callAllWithNull()
     EXPECT_TRUE(FImportEnt(nullptr, nullptr, true));
 }
 
-const char* const TwoLines
-    = "tematica: FDlgShowTableGIS: an object that it needs is null, no dialog is shown\n"
-      "tematica: FDlgQuery: an object that it needs is null, no dialog is shown\n";
-
 TEST(EntryPointsTest, NullArgumentsAreHarmlessWithAnApplicationAndWithout)
 {
     testing::internal::CaptureStderr();
     callAllWithNull();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), TwoLines);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 
     int argc = 1;
     char name[] = "entry_test";
@@ -45,7 +42,7 @@ TEST(EntryPointsTest, NullArgumentsAreHarmlessWithAnApplicationAndWithout)
     const QApplication app(argc, argv);
     testing::internal::CaptureStderr();
     callAllWithNull();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), TwoLines);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST(EntryPointsTest, WithoutAnApplicationNothingIsShown)
@@ -60,14 +57,14 @@ TEST(EntryPointsTest, WithoutAnApplicationNothingIsShown)
     EXPECT_FALSE(FDlgThemeListGIS(nullptr, nullptr, &library, nullptr, nullptr, nullptr));
     EXPECT_FALSE(FExportEnt(&library));
     EXPECT_TRUE(FImportEnt(&library, nullptr));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-
-    testing::internal::CaptureStderr();
     EXPECT_TRUE(FDlgShowTableGIS(&library, table));
     EXPECT_TRUE(FDlgQuery(0, nullptr, &library));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-        "tematica: FDlgShowTableGIS: the process has no QApplication, no dialog is shown\n"
-        "tematica: FDlgQuery: the process has no QApplication, no dialog is shown\n");
+    std::string lines;
+    for (const char* function : { "FDlgTableListGIS", "FDlgTableEditGIS", "FDlgThemeListGIS",
+             "FExportEnt", "FImportEnt", "FDlgShowTableGIS", "FDlgQuery" })
+        lines += std::string("tematica: ") + function
+            + ": the process has no QApplication, no dialog is shown\n";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), lines);
 }
 
 /// Closes each dialog that comes up, and remembers its name.
