@@ -5,6 +5,11 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#ifdef TEMATICA_BENCH_WIDGETS
+#include <QApplication>
+#endif
+
+#include <cstdlib>
 #include <filesystem>
 
 int main(int argc, char** argv)
@@ -18,6 +23,11 @@ int main(int argc, char** argv)
     arguments.add_option("--only", settings.only, "only jobs whose name contains this");
     CLI11_PARSE(arguments, argc, argv);
 
+#ifdef TEMATICA_BENCH_WIDGETS
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+#endif
     namespace fs = std::filesystem;
     const fs::path folder
         = fs::temp_directory_path() / fmt::format("tematica-bench-{}", ::getpid());
@@ -32,6 +42,10 @@ int main(int argc, char** argv)
     bench::valueJobs(jobs);
     bench::fileJobs(jobs);
     bench::growthJobs(jobs);
+#ifdef TEMATICA_BENCH_WIDGETS
+    bench::drawingJobs(jobs);
+    bench::dialogJobs(jobs);
+#endif
     jobs.print();
     fs::remove_all(folder);
     return json.empty() || jobs.writeJson(json) ? 0 : 1;

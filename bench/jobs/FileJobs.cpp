@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+#include "bench/jobs/FileJobs.h"
+
 #include "bench/data/PointData.h"
-#include "bench/support/Jobs.h"
 
 #include "embedded/model/Library.h"
 #include "embedded/shapefile/Shapefile.h"
@@ -16,7 +17,54 @@
 namespace bench {
 namespace {
 
-/// The measured points as a shapefile, made once in the folder; its path.
+[[noreturn]] void stop(const std::string& what)
+{
+    std::fprintf(stderr, "bench: %s\n", what.c_str());
+    std::exit(1);
+}
+
+std::string tematica(const Jobs& jobs)
+{
+    return jobs.settings().programFolder + "/tematica";
+}
+
+void importJob(Jobs& jobs, const std::string& shapefile)
+{
+    const int repetitions = jobs.settings().quick ? 1 : 3;
+    const std::string theirs = jobs.settings().folder + "/import-ogr.gpkg";
+    const double oursMs = importMs(jobs, shapefile, repetitions);
+    const double ogrMs = medianCommandMs(repetitions,
+        fmt::format("ogr2ogr -q -f GPKG '{}' '{}' 2> /dev/null", theirs, shapefile),
+        fmt::format("rm -f '{}'", theirs));
+    jobs.add({ "import of a shapefile into a new library", oursMs, "ogr2ogr -f GPKG", ogrMs, 0.5 });
+}
+
+void exportJob(Jobs& jobs, const std::string& library)
+{
+    const int repetitions = jobs.settings().quick ? 1 : 3;
+    const double oursMs = exportMs(jobs, library, repetitions);
+    const double ogrMs = medianCommandMs(repetitions,
+        fmt::format(
+            "ogr2ogr -q -f 'ESRI Shapefile' -lco ENCODING=UTF-8 '{}/out-ogr' '{}' 2> /dev/null",
+            jobs.settings().folder, library),
+        fmt::format("rm -rf '{}/out-ogr'", jobs.settings().folder));
+    jobs.add({ "export of points as a shapefile", oursMs, "ogr2ogr", ogrMs, 1.0 });
+}
+
+void countJob(Jobs& jobs, const std::string& library)
+{
+    const int repetitions = jobs.settings().quick ? 3 : 7;
+    const double oursMs = countMs(jobs, library, repetitions);
+    const double sqliteMs = medianCommandMs(repetitions,
+        fmt::format(
+            "sqlite3 '{}' 'SELECT count(*) FROM \"Punti\" WHERE \"Corsie\" IS NULL' > /dev/null",
+            library),
+        fmt::format("cat '{}' > /dev/null", library));
+    jobs.add({ "query (e) --count, whole process", oursMs, "sqlite3 program", sqliteMs, 2.5 });
+}
+
+} // namespace
+
 std::string pointsShapefile(const Jobs& jobs, int rows)
 {
     const std::string folder = fmt::format("{}/shp{}", jobs.settings().folder, rows);
@@ -27,91 +75,58 @@ std::string pointsShapefile(const Jobs& jobs, int rows)
     gis::CTheme* theme = fillLibrary(library, makePoints(rows));
     int flags = 0;
     embedded::Report report;
-    if (!embedded::exportShapefile(*theme, folder, {}, flags, report)) {
-        std::fprintf(stderr, "bench: the shapefile could not be written\n");
-        std::exit(1);
-    }
+    if (!embedded::exportShapefile(*theme, folder, {}, flags, report))
+        stop("the shapefile could not be written");
     return folder + "/Punti.shp";
 }
 
-std::string tematica(const Jobs& jobs)
+std::string pointsLibrary(const Jobs& jobs, int rows)
 {
-    return jobs.settings().programFolder + "/tematica";
+    std::string path = fmt::format("{}/points{}.gpkg", jobs.settings().folder, rows);
+    if (std::filesystem::exists(path))
+        return path;
+    gis::CLibGis library;
+    fillLibrary(library, makePoints(rows));
+    if (const auto saved = embedded::saveLibraryCopy(library, path); !saved)
+        stop(saved.error().detail);
+    return path;
 }
 
-void importJob(Jobs& jobs, const std::string& shapefile)
+double importMs(const Jobs& jobs, const std::string& shapefile, int repetitions)
 {
-    const std::string folder = jobs.settings().folder;
-    const std::string ours = folder + "/import.gpkg";
-    const std::string theirs = folder + "/import-ogr.gpkg";
-    const int repetitions = jobs.settings().quick ? 1 : 3;
-    const double oursMs = medianCommandMs(repetitions,
+    const std::string made = jobs.settings().folder + "/import.gpkg";
+    return medianCommandMs(repetitions,
         fmt::format(
-            "'{}' import '{}' --into '{}' > /dev/null 2>&1", tematica(jobs), shapefile, ours),
-        fmt::format("rm -f '{}'", ours));
-    const double ogrMs = medianCommandMs(repetitions,
-        fmt::format("ogr2ogr -q -f GPKG '{}' '{}' 2> /dev/null", theirs, shapefile),
-        fmt::format("rm -f '{}'", theirs));
-    jobs.add({ "import of a shapefile into a new library", oursMs, "ogr2ogr -f GPKG", ogrMs, 0.5 });
+            "'{}' import '{}' --into '{}' > /dev/null 2>&1", tematica(jobs), shapefile, made),
+        fmt::format("rm -f '{}'", made));
 }
 
-void exportJob(Jobs& jobs, const std::string& library)
+double exportMs(const Jobs& jobs, const std::string& library, int repetitions)
 {
     const std::string folder = jobs.settings().folder;
-    const int repetitions = jobs.settings().quick ? 1 : 3;
-    const double oursMs = medianCommandMs(repetitions,
+    return medianCommandMs(repetitions,
         fmt::format("'{}' export '{}' --to '{}/out' --overwrite > /dev/null 2>&1", tematica(jobs),
             library, folder),
         fmt::format("rm -rf '{0}/out'; mkdir '{0}/out'", folder));
-    const double ogrMs = medianCommandMs(repetitions,
-        fmt::format(
-            "ogr2ogr -q -f 'ESRI Shapefile' -lco ENCODING=UTF-8 '{}/out-ogr' '{}' 2> /dev/null",
-            folder, library),
-        fmt::format("rm -rf '{}/out-ogr'", folder));
-    jobs.add({ "export of points as a shapefile", oursMs, "ogr2ogr", ogrMs, 1.0 });
 }
 
-void countJob(Jobs& jobs, const std::string& library)
+double countMs(const Jobs& jobs, const std::string& library, int repetitions)
 {
-    const int repetitions = jobs.settings().quick ? 3 : 7;
-    const double oursMs = medianCommandMs(repetitions,
+    return medianCommandMs(repetitions,
         fmt::format(
             "'{}' query '{}' 'Corsie IS NULL' --count > /dev/null", tematica(jobs), library),
         fmt::format("cat '{}' > /dev/null", library));
-    const double sqliteMs = medianCommandMs(repetitions,
-        fmt::format(
-            "sqlite3 '{}' 'SELECT count(*) FROM \"Punti\" WHERE \"Corsie\" IS NULL' > /dev/null",
-            library));
-    jobs.add({ "query (e) --count, whole process", oursMs, "sqlite3 program", sqliteMs, 2.5 });
 }
-
-} // namespace
 
 void fileJobs(Jobs& jobs)
 {
-    const bool imports = jobs.wants("import of a shapefile into a new library");
-    const bool exports = jobs.wants("export of points as a shapefile");
-    const bool counts = jobs.wants("query (e) --count, whole process");
-    if (!imports && !exports && !counts)
-        return;
     const int rows = jobs.settings().rows();
-    if (imports)
+    if (jobs.wants("import of a shapefile into a new library"))
         importJob(jobs, pointsShapefile(jobs, rows));
-    if (!exports && !counts)
-        return;
-    const std::string library = fmt::format("{}/points.gpkg", jobs.settings().folder);
-    {
-        gis::CLibGis made;
-        fillLibrary(made, makePoints(rows));
-        if (const auto saved = embedded::saveLibraryCopy(made, library); !saved) {
-            std::fprintf(stderr, "bench: %s\n", saved.error().detail.c_str());
-            std::exit(1);
-        }
-    }
-    if (exports)
-        exportJob(jobs, library);
-    if (counts)
-        countJob(jobs, library);
+    if (jobs.wants("export of points as a shapefile"))
+        exportJob(jobs, pointsLibrary(jobs, rows));
+    if (jobs.wants("query (e) --count, whole process"))
+        countJob(jobs, pointsLibrary(jobs, rows));
 }
 
 void memoryJob(Jobs& jobs)

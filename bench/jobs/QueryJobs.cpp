@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/data/PointData.h"
 #include "bench/jobs/HandScan.h"
+#include "bench/jobs/Queries.h"
 #include "bench/support/Jobs.h"
 
 #include "embedded/model/Library.h"
@@ -17,41 +18,6 @@
 
 namespace bench {
 namespace {
-
-struct Query {
-    char letter;
-    const char* filter;
-    const char* sql;
-};
-
-const Query Queries[] = {
-    { 'a', "Tipo = 'Strada' AND (Larghezza >= 3.5 OR Corsie > 1) AND Nome IS NOT NULL",
-        "Tipo = 'Strada' AND (Larghezza >= 3.5 OR Corsie > 1) AND Nome IS NOT NULL" },
-    { 'b', "Nome LIKE 'Via R%a%'", "Nome GLOB 'Via R*a*'" },
-    { 'c', "Larghezza * 2 + 1 > 40", "Larghezza * 2 + 1 > 40" },
-    { 'd', "Rilievo >= Date(5,3,2016)", "Rilievo >= '2016-03-05'" },
-    { 'e', "Corsie IS NULL", "Corsie IS NULL" },
-};
-
-/// A host without columns: the engine goes cell by cell.
-class CellHost final : public gis::CLibGis {
-public:
-    void* Extension(const char* name) override
-    {
-        return std::string(name) == gis::ColumnsExtension ? nullptr : gis::CLibGis::Extension(name);
-    }
-};
-
-int runQuery(
-    gis::CLibGis& library, gis::CTheme* theme, const char* filter, std::vector<gis::CEnt*>& found)
-{
-    CQueryExecute query(&library, theme);
-    if (!query.SetQueryFilter(filter)) {
-        std::fprintf(stderr, "bench: filter refused: %s\n", filter);
-        std::exit(1);
-    }
-    return query.Execute(found);
-}
 
 /// The row ids that SQLite finds, into a vector, as a program of its own would ask.
 int sqliteQuery(sqlite3* db, const char* condition, std::vector<sqlite3_int64>& ids)
@@ -79,6 +45,17 @@ void requireSame(char letter, int ours, int theirs, const char* peer)
 }
 
 } // namespace
+
+int runQuery(
+    gis::CLibGis& library, gis::CTheme* theme, const char* filter, std::vector<gis::CEnt*>& found)
+{
+    CQueryExecute query(&library, theme);
+    if (!query.SetQueryFilter(filter)) {
+        std::fprintf(stderr, "bench: filter refused: %s\n", filter);
+        std::exit(1);
+    }
+    return query.Execute(found);
+}
 
 void queryJobs(Jobs& jobs)
 {

@@ -46,32 +46,42 @@ bool Jobs::writeJson(const std::string& path) const
     return out.good();
 }
 
+double elapsedMs(const std::function<void()>& run)
+{
+    const auto start = std::chrono::steady_clock::now();
+    run();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+        .count();
+}
+
+namespace {
+
+double median(std::vector<double> times)
+{
+    const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+    std::nth_element(times.begin(), middle, times.end());
+    return *middle;
+}
+
+} // namespace
+
 double medianMs(int repetitions, const std::function<void()>& run)
 {
     run();
     std::vector<double> times;
-    for (int i = 0; i < repetitions; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        run();
-        times.push_back(
-            std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-                .count());
-    }
-    std::nth_element(
-        times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
-    return times[times.size() / 2];
+    for (int i = 0; i < repetitions; ++i)
+        times.push_back(elapsedMs(run));
+    return median(std::move(times));
 }
 
 double commandMs(const std::string& command)
 {
-    const auto start = std::chrono::steady_clock::now();
-    const int status = std::system(command.c_str());
-    const double ms
-        = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-              .count();
+    int status = 0;
+    const double ms = elapsedMs([&] { status = std::system(command.c_str()); });
     if (status != 0) {
+        // A job without a time must not look like a quick one.
         fmt::print(stderr, "bench: failed: {}\n", command);
-        return -1;
+        std::exit(1);
     }
     return ms;
 }
@@ -80,12 +90,11 @@ double medianCommandMs(int repetitions, const std::string& command, const std::s
 {
     std::vector<double> times;
     for (int i = 0; i < repetitions; ++i) {
-        if (!before.empty() && std::system(before.c_str()) != 0)
-            return -1;
+        if (!before.empty())
+            commandMs(before);
         times.push_back(commandMs(command));
     }
-    std::sort(times.begin(), times.end());
-    return times.front() < 0 ? -1 : times[times.size() / 2];
+    return median(std::move(times));
 }
 
 double residentBytes()

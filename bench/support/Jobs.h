@@ -48,7 +48,9 @@ private:
 
 /// Median of `repetitions` runs in milliseconds, after one run that is not counted.
 double medianMs(int repetitions, const std::function<void()>& run);
-/// Runs a program by the shell; its wall time in milliseconds, or a negative number when it failed.
+/// One run in milliseconds.
+double elapsedMs(const std::function<void()>& run);
+/// Runs a program by the shell; its wall time in milliseconds, the bench ends when it failed.
 double commandMs(const std::string& command);
 double medianCommandMs(int repetitions, const std::string& command, const std::string& before = {});
 /// Resident memory of this process in bytes.
@@ -59,5 +61,7 @@ void valueJobs(Jobs& jobs);
 void fileJobs(Jobs& jobs);
 void growthJobs(Jobs& jobs);
 void memoryJob(Jobs& jobs);
+void dialogJobs(Jobs& jobs);
+void drawingJobs(Jobs& jobs);
 
 } // namespace bench
