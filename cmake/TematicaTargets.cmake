@@ -38,10 +38,10 @@ function(tematica_test name)
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TEMATICA_INI=${CMAKE_CURRENT_BINARY_DIR}/${name}.ini;${ARG_ENVIRONMENT}")
 endfunction()
 
-# tematica_fuzz(NAME SOURCES a.cpp LINKS tematica-host): a libFuzzer program (clang, preset tidy), built by the target
+# tematica_fuzz(NAME SOURCES a.cpp LINKS tematica-host [CORPUS folder]): a libFuzzer program (clang, preset tidy), built by the target
 # tematica_fuzz_all and run for a bounded time by .ci/run.
 function(tematica_fuzz name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "" "CORPUS" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} EXCLUDE_FROM_ALL ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE tematica_options tematica_warnings ${ARG_LINKS})
     target_link_options(${name} PRIVATE -fsanitize=fuzzer)
@@ -51,4 +51,8 @@ function(tematica_fuzz name)
         add_custom_target(tematica_fuzz_all)
     endif()
     add_dependencies(tematica_fuzz_all ${name})
+    # What to begin with lies beside the program, where .ci/run finds it.
+    if(ARG_CORPUS)
+        file(COPY "${ARG_CORPUS}/" DESTINATION "${PROJECT_BINARY_DIR}/fuzz/${name}.corpus")
+    endif()
 endfunction()
