@@ -49,13 +49,13 @@ orv::String withSeparator(const orv::String& folder)
 }
 
 void exportThemes(gis::CLibGis& library, const ExportChoice& choice, IExportFileCallback& overwrite,
-    const Warn& warn)
+    const Warn& warn, ExportFunction exportOne)
 {
     orv::String folder = choice.folder;
     for (gis::CTheme* theme : choice.themes) {
         int errorFlags = 0;
-        if (FExportFileShape(&library, theme, folder, choice.maxTextBytes, choice.coordinates,
-                &overwrite, errorFlags))
+        if (exportOne(&library, theme, folder, choice.maxTextBytes, choice.coordinates, &overwrite,
+                errorFlags))
             continue;
         const orv::String name = library.GetThemeName(theme);
         folder = withSeparator(folder); // and stays so for the themes that follow

@@ -23,9 +23,12 @@ struct ExportChoice {
 /// Shows a text of the table, with its argument, as a warning.
 using Warn = std::function<void(int textId, const orv::String& argument)>;
 
-/// Exports each theme in turn; one that fails is warned of and never stops the others.
+using ExportFunction = decltype(&FExportFileShape);
+
+/// Exports each theme in turn by the host's function; one that fails is warned of and never stops
+/// the others.
 void exportThemes(gis::CLibGis& library, const ExportChoice& choice, IExportFileCallback& overwrite,
-    const Warn& warn);
+    const Warn& warn, ExportFunction exportOne = &FExportFileShape);
 
 /// The folder with a separator at its end, in the folder's own style; an empty one stays empty.
 [[nodiscard]] orv::String withSeparator(const orv::String& folder);

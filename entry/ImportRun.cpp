@@ -7,12 +7,12 @@
 namespace entry {
 
 void importShapefile(gis::CLibGis& library, gis::ILinkImportedEnt* link, gis::IGisMerger& merger,
-    ImportChoice choice, const Warn& warn)
+    ImportChoice choice, const Warn& warn, ImportFunction import)
 {
     orv::String tableName;
     int resultCode = 0;
-    const bool done = FImportFileShape(
-        &library, choice.path, tableName, &resultCode, link, &merger, choice.options);
+    const bool done
+        = import(&library, choice.path, tableName, &resultCode, link, &merger, choice.options);
     if (done && resultCode == ImportTableRenamed)
         warn(texts::TableRenamed, tableName);
     else if (!done && resultCode == ImportFileNotFound)

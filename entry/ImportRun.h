@@ -16,9 +16,11 @@ struct ImportChoice {
     TOpzImportShape options;
 };
 
-/// Imports the file; says when the table had to be renamed and when a file is missing, and nothing
-/// of any other failure.
+using ImportFunction = decltype(&FImportFileShape);
+
+/// Imports the file by the host's function; says when the table had to be renamed and when a file
+/// is missing, and nothing of any other failure.
 void importShapefile(gis::CLibGis& library, gis::ILinkImportedEnt* link, gis::IGisMerger& merger,
-    ImportChoice choice, const Warn& warn);
+    ImportChoice choice, const Warn& warn, ImportFunction import = &FImportFileShape);
 
 } // namespace entry

@@ -101,35 +101,110 @@ TEST(ExportFolderTest, TheSeparatorFollowsTheFoldersOwnStyle)
         EXPECT_EQ(withSeparator(folder).Bytes(), expected) << folder;
 }
 
-TEST(ImportRunTest, AMissingFileIsWarnedOfByName)
+/// What the host's export says of each theme, and the folders that it was given.
+struct HostExport {
+    bool isDone = false;
+    int errorFlags = 0;
+    std::vector<std::string> folders;
+};
+HostExport hostExport;
+
+bool exportAsTold(gis::CLibGis*, gis::CTheme*, const orv::String& folder, int, int,
+    IExportFileCallback*, int& errorFlags)
 {
-    gis::CLibGis library;
-    std::vector<std::string> warnings;
-    class CUnusedMerger final : public gis::IGisMerger {
-        void OnBeforeLoadTable(
-            const orv::String&, gis::CLibGis*&, gis::CDBTable*&, gis::CDBTable*&) override
-        {
-        }
-        void OnAfterLoadTable(
-            gis::CLibGis*, gis::CDBTable*, gis::CDBTable*, std::vector<int>&) override
-        {
-        }
-        void GetTable(int, gis::CDBTable*&, int&) override { }
-        gis::CTheme* OnLoadTheme(const orv::String&, gis::CDBTable*, gis::EntType,
-            gis::EntTypeCoords, std::int64_t) override
-        {
-            return nullptr;
-        }
-    } merger;
+    hostExport.folders.push_back(folder.Bytes());
+    errorFlags = hostExport.errorFlags;
+    return hostExport.isDone;
+}
 
-    importShapefile(library, nullptr, merger, { "/no/such/file.shp", {} },
-        [&](int textId, const orv::String& argument) {
-            warnings.push_back(orv::String::ValueOf(textId).Bytes() + " " + argument.Bytes());
-        });
+TEST_F(ExportRunTest, EachFlagNamesItsFileAndTheChangedFolderGoesOn)
+{
+    struct Case {
+        bool isDone;
+        int flags;
+        std::vector<std::string> warnings;
+        std::vector<std::string> folders;
+    };
+    const Case cases[] = {
+        { false, 1, { "14160 out/A.shp", "14160 out/B.shp" }, { "out", "out/" } },
+        { false, 2, { "14161 out/A.dbf", "14161 out/B.dbf" }, { "out", "out/" } },
+        { false, 0, {}, { "out", "out/" } },
+        { true, 3, {}, { "out", "out" } },
+    };
+    const std::vector<gis::CTheme*> themes { theme("A"), theme("B") };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.flags);
+        hostExport = { each.isDone, each.flags, {} };
+        std::vector<std::string> warnings;
+        exportThemes(
+            m_library, { "out", themes }, m_overwrite,
+            [&](int textId, const orv::String& argument) {
+                warnings.push_back(orv::String::ValueOf(textId).Bytes() + " " + argument.Bytes());
+            },
+            &exportAsTold);
+        EXPECT_EQ(warnings, each.warnings);
+        EXPECT_EQ(hostExport.folders, each.folders);
+    }
+}
 
-    ASSERT_EQ(warnings.size(), 1u);
-    EXPECT_EQ(warnings.front(), "14169 /no/such/file.shp");
-    EXPECT_EQ(library.GetNumTables(), 0);
+class CUnusedMerger final : public gis::IGisMerger {
+    void OnBeforeLoadTable(
+        const orv::String&, gis::CLibGis*&, gis::CDBTable*&, gis::CDBTable*&) override
+    {
+    }
+    void OnAfterLoadTable(gis::CLibGis*, gis::CDBTable*, gis::CDBTable*, std::vector<int>&) override
+    {
+    }
+    void GetTable(int, gis::CDBTable*&, int&) override { }
+    gis::CTheme* OnLoadTheme(
+        const orv::String&, gis::CDBTable*, gis::EntType, gis::EntTypeCoords, std::int64_t) override
+    {
+        return nullptr;
+    }
+};
+
+class ImportRunTest : public testing::Test {
+protected:
+    std::vector<std::string> warningsOf(ImportFunction import)
+    {
+        std::vector<std::string> warnings;
+        importShapefile(
+            m_library, nullptr, m_merger, { "/no/such/file.shp", {} },
+            [&](int textId, const orv::String& argument) {
+                warnings.push_back(orv::String::ValueOf(textId).Bytes() + " " + argument.Bytes());
+            },
+            import);
+        return warnings;
+    }
+    gis::CLibGis m_library;
+    CUnusedMerger m_merger;
+};
+
+TEST_F(ImportRunTest, AMissingFileIsWarnedOfByName)
+{
+    EXPECT_EQ(
+        warningsOf(&FImportFileShape), std::vector<std::string> { "14169 /no/such/file.shp" });
+    EXPECT_EQ(m_library.GetNumTables(), 0);
+}
+
+template <bool isDone, int code>
+bool importAsTold(gis::CLibGis*, const orv::String&, orv::String& tableName, int* resultCode,
+    gis::ILinkImportedEnt*, gis::IGisMerger*, TOpzImportShape&)
+{
+    tableName = "Strade (2)";
+    *resultCode = code;
+    return isDone;
+}
+
+TEST_F(ImportRunTest, OnlyARenamedTableAndAMissingFileAreTold)
+{
+    const std::vector<std::string> none;
+    EXPECT_EQ(warningsOf(&importAsTold<true, 4>), std::vector<std::string> { "14167 Strade (2)" });
+    EXPECT_EQ(warningsOf(&importAsTold<false, 1>), std::vector<std::string> { "14169 Strade (2)" });
+    EXPECT_EQ(warningsOf(&importAsTold<false, 4>), none);
+    EXPECT_EQ(warningsOf(&importAsTold<true, 1>), none);
+    EXPECT_EQ(warningsOf(&importAsTold<true, 0>), none);
+    EXPECT_EQ(warningsOf(&importAsTold<false, 7>), none);
 }
 
 } // namespace
