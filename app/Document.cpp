@@ -18,6 +18,12 @@ embedded::Library& implementation(gis::CLibGis& library)
     return *embedded::Library::of(&library);
 }
 
+bool isSameFile(const QString& one, const QString& other)
+{
+    const QString canonical = QFileInfo(one).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+}
+
 bool isShapefile(const QString& path)
 {
     return path.endsWith(QLatin1String(".shp"), Qt::CaseInsensitive);
@@ -73,8 +79,17 @@ void Document::startNew()
 
 embedded::Result<void> Document::open(const QString& path, embedded::Report& report)
 {
-    auto changes = std::make_unique<orv::CChangeTransactionManager>();
     const std::string file = path.toStdString();
+    if (isSameFile(path, m_path)) {
+        // The file is held by the present library, which goes only when the file can be read.
+        const auto readable
+            = embedded::openLibrary(file, embedded::OpenMode::Read, nullptr, report);
+        if (!readable)
+            return readable.error();
+        report = {};
+        startNew();
+    }
+    auto changes = std::make_unique<orv::CChangeTransactionManager>();
     if (isShapefile(path)) {
         auto library = std::make_unique<gis::CLibGis>(changes.get());
         const auto imported
@@ -207,7 +222,7 @@ void Document::ShowFound(std::int64_t, const std::vector<gis::CEnt*>& entities)
 void Document::ShowRow(gis::CEnt* entity)
 {
     m_highlight.current = entity;
-    Q_EMIT highlightChanged();
+    Q_EMIT currentChanged();
 }
 
 void Document::GetSelected(std::vector<gis::CEnt*>& entities)

@@ -82,6 +82,7 @@ Q_SIGNALS:
     void opened(); // another library
     void changed(); // the library's contents, or its saved state
     void highlightChanged();
+    void currentChanged(); // the grid's current row only
     void centreAsked(double x, double y);
 
 private:

@@ -59,8 +59,7 @@ double distanceTo(const ThemeLayer& layer, int index, double x, double y)
 
 Box boxOf(const ThemeLayer& layer, int index)
 {
-    return layer.boxes ? (*layer.boxes)[static_cast<std::size_t>(index)]
-                       : layer.entities->boxOf(index);
+    return layer.boxOf(index);
 }
 
 /// Whether a segment meets a box. Source: Liang and Barsky's line clipping, 1984.

@@ -77,7 +77,7 @@ IdentifyPanel::IdentifyPanel(Document& document, QWidget* parent)
         auto* edit = new QLineEdit(m_point);
         edit->setAccessibleName(QString(caption).remove(QLatin1Char(':')));
         form->addRow(caption, edit);
-        connect(edit, &QLineEdit::editingFinished, this, &IdentifyPanel::applyPoint);
+        connect(edit, &QLineEdit::editingFinished, this, &IdentifyPanel::commit);
         m_pointEdits.append(edit);
     }
     auto* layout = new QVBoxLayout(this);
@@ -128,9 +128,8 @@ void IdentifyPanel::fillAttributes()
     }
     gis::CLibGis& library = m_document.library();
     gis::CTheme* theme = gis::CLibGis::GetTheme(m_entity);
-    m_title->setText(QStringLiteral("Tema: %1 — entità %L2")
-                         .arg(kit::toQt(library.GetThemeName(theme)))
-                         .arg(embedded::EntityStore::indexOf(m_entity) + 1));
+    m_title->setText(QStringLiteral("Tema: ") + kit::toQt(library.GetThemeName(theme))
+        + QStringLiteral(" — entità %L1").arg(embedded::EntityStore::indexOf(m_entity) + 1));
     gis::CDBTable* table = library.GetTable(theme);
     const int count = library.GetNumFields(table);
     m_attributes->setRowCount(count);
@@ -155,7 +154,7 @@ void IdentifyPanel::fillPoint()
             m_pointEdits[i]->setText(kit::toQt(textOf(*point, i)));
 }
 
-void IdentifyPanel::applyPoint()
+void IdentifyPanel::commit()
 {
     embedded::LinkedPoint* point = m_entity ? pointOf(m_entity) : nullptr;
     if (!point)

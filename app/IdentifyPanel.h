@@ -26,12 +26,13 @@ public:
     explicit IdentifyPanel(Document& document, QWidget* parent = nullptr);
     void show(gis::CEnt* entity);
     [[nodiscard]] gis::CEnt* entity() const { return m_entity; }
+    /// Writes what is being typed, which otherwise waits until its edit is left.
+    void commit();
 
 private:
     void refresh();
     void fillAttributes();
     void fillPoint();
-    void applyPoint();
 
     Document& m_document;
     gis::CEnt* m_entity = nullptr;

@@ -99,7 +99,10 @@ void MainWindow::makeEditMenu()
 {
     QMenu* menu = menuBar()->addMenu(QStringLiteral("&Modifica"));
     m_undo = menu->addAction(QStringLiteral("&Annulla"), QKeySequence::Undo);
-    connect(m_undo, &QAction::triggered, this, [this] { m_document.undo(); });
+    connect(m_undo, &QAction::triggered, this, [this] {
+        m_identify->commit();
+        m_document.undo();
+    });
     m_redo = menu->addAction(QStringLiteral("&Ripeti"), QKeySequence::Redo);
     connect(m_redo, &QAction::triggered, this, [this] { m_document.redo(); });
     menu->addSeparator();

@@ -23,6 +23,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace app {
 
@@ -59,6 +60,7 @@ MainWindow::MainWindow()
     connect(&m_document, &Document::opened, this, &MainWindow::onOpened);
     connect(&m_document, &Document::changed, this, &MainWindow::onChanged);
     connect(&m_document, &Document::highlightChanged, this, &MainWindow::refreshMarks);
+    connect(&m_document, &Document::currentChanged, this, &MainWindow::showMarks);
     connect(&m_document, &Document::centreAsked, m_canvas, &MapCanvas::centreAt);
     connect(m_canvas, &MapCanvas::entitiesPicked, this, &MainWindow::onPicked);
     connect(m_canvas, &MapCanvas::identified, this, [this](gis::CEnt* entity) {
@@ -133,7 +135,7 @@ void MainWindow::tellFindings(const embedded::Report& report, const QString& don
         if (finding.severity == embedded::FindingSeverity::Warning)
             lines << findingText(finding);
     m_message->setText(
-        lines.isEmpty() ? done : QStringLiteral("%1, con %2 avvisi").arg(done).arg(lines.size()));
+        lines.isEmpty() ? done : done + QStringLiteral(", con %1 avvisi").arg(lines.size()));
     if (lines.isEmpty())
         return;
     const auto count = static_cast<std::size_t>(lines.size());
@@ -158,23 +160,25 @@ void MainWindow::offerRecovery()
             Caption, kit::BoxIcon::Question, kit::BoxButtons::YesNoCancel);
         if (answer == kit::Answer::Cancel)
             continue; // asked again at the next start
-        if (answer == kit::Answer::Yes) {
-            if (!askUnsaved())
-                continue;
-            const auto opened = m_document.openRecovered(file.path, file.originalPath);
-            if (!opened) {
-                tell(opened.error());
-                continue;
-            }
-            m_message->setText(
-                QStringLiteral("Lavoro recuperato: salvarlo con \"Salva con nome\""));
+        if (answer == kit::Answer::No) {
+            Recovery::discard(file);
+            continue;
         }
-        Recovery::discard(file);
+        if (!askUnsaved())
+            continue;
+        const auto opened = m_document.openRecovered(file.path, file.originalPath);
+        if (!opened) {
+            tell(opened.error());
+            continue;
+        }
+        m_recovery.replaces(file);
+        m_message->setText(QStringLiteral("Lavoro recuperato: salvarlo con \"Salva con nome\""));
     }
 }
 
 bool MainWindow::save()
 {
+    m_identify->commit();
     if (m_document.path().isEmpty() || m_document.isReadOnly())
         return saveAs();
     const kit::WaitCursor wait;
@@ -189,6 +193,7 @@ bool MainWindow::save()
 
 bool MainWindow::saveAs()
 {
+    m_identify->commit();
     kit::FileRequest request;
     request.kind = kit::FileRequest::Kind::Save;
     request.caption = QStringLiteral("Salva con nome");
@@ -215,17 +220,15 @@ bool MainWindow::saveAs()
 
 bool MainWindow::askUnsaved()
 {
+    m_identify->commit();
     if (m_document.isSaved())
         return true;
     const kit::Answer answer = FMessageBox(this,
         QStringLiteral("Salvare le modifiche a \"%1\"?").arg(m_document.title()), Caption,
         kit::BoxIcon::Question, kit::BoxButtons::YesNoCancel);
-    if (answer == kit::Answer::Cancel)
-        return false;
-    if (answer == kit::Answer::Yes)
-        return save();
-    m_recovery.forget();
-    return true;
+    // Not saving gives the work up only when something else takes its place: until then its copy
+    // stays.
+    return answer == kit::Answer::No || (answer == kit::Answer::Yes && save());
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
@@ -288,10 +291,17 @@ void MainWindow::onChanged()
 
 void MainWindow::refreshMarks()
 {
-    m_canvas->setMarks(std::make_shared<embedded::MapContent>(
-        markContent(*m_canvas->content(), m_document.highlight())));
+    m_lastingMarks = lastingMarks(*m_canvas->content(), m_document.highlight());
+    showMarks();
     refreshCounts();
     refreshActions();
+}
+
+// The grid's row changes with each arrow key; what was found or selected does not.
+void MainWindow::showMarks()
+{
+    m_canvas->setMarks(std::make_shared<embedded::MapContent>(
+        withCurrentMark(m_lastingMarks, *m_canvas->content(), m_document.highlight().current)));
 }
 
 void MainWindow::refreshTitle()
@@ -318,19 +328,21 @@ void MainWindow::refreshCounts()
 
 void MainWindow::onPicked(const std::vector<gis::CEnt*>& entities, bool adds)
 {
-    std::vector<gis::CEnt*> selected;
-    if (adds) {
-        // An entity picked again leaves the selection.
-        for (gis::CEnt* entity : m_document.highlight().selected)
-            if (std::find(entities.begin(), entities.end(), entity) == entities.end())
-                selected.push_back(entity);
-        const auto& before = m_document.highlight().selected;
-        for (gis::CEnt* entity : entities)
-            if (std::find(before.begin(), before.end(), entity) == before.end())
-                selected.push_back(entity);
-    } else {
-        selected = entities;
+    if (!adds) {
+        m_document.setSelected(entities);
+        return;
     }
+    // An entity picked again leaves the selection.
+    const auto& before = m_document.highlight().selected;
+    const std::unordered_set<gis::CEnt*> picked(entities.begin(), entities.end());
+    const std::unordered_set<gis::CEnt*> known(before.begin(), before.end());
+    std::vector<gis::CEnt*> selected;
+    for (gis::CEnt* entity : before)
+        if (picked.count(entity) == 0)
+            selected.push_back(entity);
+    for (gis::CEnt* entity : entities)
+        if (known.count(entity) == 0)
+            selected.push_back(entity);
     m_document.setSelected(std::move(selected));
 }
 

@@ -61,6 +61,7 @@ private:
     void onChanged();
     void onPicked(const std::vector<gis::CEnt*>& entities, bool adds);
     void refreshMarks();
+    void showMarks();
     void refreshTitle();
     void refreshCounts();
     void refreshActions();
@@ -82,6 +83,7 @@ private:
     Document m_document;
     Recovery m_recovery;
     MapCanvas* m_canvas;
+    embedded::MapContent m_lastingMarks; // of found and selected entities
     ThemePanel* m_themes = nullptr;
     IdentifyPanel* m_identify = nullptr;
     QMenu* m_recentMenu = nullptr;

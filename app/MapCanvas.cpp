@@ -23,8 +23,8 @@ constexpr double KeyPanFraction = 0.2;
 MapCanvas::MapCanvas(QWidget* parent)
     : QWidget(parent)
     , m_content(std::make_shared<embedded::MapContent>())
-    , m_marks(std::make_shared<embedded::MapContent>())
 {
+    setMarks(nullptr);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAccessibleName(QStringLiteral("Mappa"));
@@ -55,6 +55,11 @@ void MapCanvas::setContent(std::shared_ptr<const embedded::MapContent> content)
 
 void MapCanvas::setMarks(std::shared_ptr<const embedded::MapContent> marks)
 {
+    if (!marks) {
+        auto none = std::make_shared<embedded::MapContent>();
+        none->background = Qt::transparent;
+        marks = std::move(none);
+    }
     m_marks = std::move(marks);
     m_marksRenderer.request(m_marks, m_view);
 }

@@ -32,7 +32,7 @@ public:
     {
         return m_content;
     }
-    /// What is drawn above the content (selected, found and current entities).
+    /// What is drawn above the content (selected, found and current entities); null: nothing.
     void setMarks(std::shared_ptr<const embedded::MapContent> marks);
     void setTool(MapTool tool);
     [[nodiscard]] MapTool tool() const { return m_tool; }

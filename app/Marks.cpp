@@ -44,14 +44,20 @@ void addMarks(const embedded::MapContent& content, const std::vector<gis::CEnt*>
 
 } // namespace
 
-embedded::MapContent markContent(const embedded::MapContent& content, const Highlight& highlight)
+embedded::MapContent lastingMarks(const embedded::MapContent& content, const Highlight& highlight)
 {
     embedded::MapContent marks;
     marks.background = Qt::transparent;
     addMarks(content, highlight.found, FoundStyle, marks);
     addMarks(content, highlight.selected, SelectedStyle, marks);
-    if (highlight.current)
-        addMarks(content, { highlight.current }, CurrentStyle, marks);
+    return marks;
+}
+
+embedded::MapContent withCurrentMark(
+    embedded::MapContent marks, const embedded::MapContent& content, gis::CEnt* current)
+{
+    if (current)
+        addMarks(content, { current }, CurrentStyle, marks);
     return marks;
 }
 

@@ -17,8 +17,11 @@
 #include <QPointer>
 #include <QStandardPaths>
 #include <QThreadPool>
+#include <QUuid>
 
-#include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace app {
 
@@ -39,10 +42,32 @@ QString noteOf(const QString& path)
     return path + QStringLiteral(".ini");
 }
 
-bool isRunning(qint64 processId)
+QString lockOf(const QString& path)
 {
-    return processId == QCoreApplication::applicationPid()
-        || ::kill(static_cast<pid_t>(processId), 0) == 0;
+    return path + QStringLiteral(".lock");
+}
+
+/// A descriptor of the file, locked; -1 while another has it. Process numbers come again, locks
+/// end with their process.
+int lockFile(const QString& path)
+{
+    const int file
+        = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (file >= 0 && ::flock(file, LOCK_EX | LOCK_NB) == 0)
+        return file;
+    if (file >= 0)
+        ::close(file);
+    return -1;
+}
+
+bool isInUse(const QString& path)
+{
+    if (!QFile::exists(lockOf(path)))
+        return false;
+    const int lock = lockFile(lockOf(path));
+    if (lock >= 0)
+        ::close(lock);
+    return lock < 0;
 }
 
 void removeCopy(const QString& path)
@@ -55,6 +80,7 @@ void removeCopy(const QString& path)
 
 Recovery::Recovery(Document& document)
     : m_document(document)
+    , m_name(QUuid::createUuid().toString(QUuid::WithoutBraces) + Suffix)
 {
     connect(&document, &Document::changed, this, &Recovery::onChanged);
 }
@@ -63,12 +89,28 @@ Recovery::~Recovery()
 {
     if (m_isForgotten)
         *m_isForgotten = true;
+    releaseLock();
+}
+
+void Recovery::releaseLock()
+{
+    if (m_lock < 0)
+        return;
+    QFile::remove(lockOf(path()));
+    ::close(m_lock);
+    m_lock = -1;
 }
 
 QString Recovery::path() const
 {
-    return folder() + QLatin1Char('/') + QString::number(QCoreApplication::applicationPid())
-        + Suffix;
+    return folder() + QLatin1Char('/') + m_name;
+}
+
+bool Recovery::holdLock()
+{
+    if (m_lock < 0 && QDir().mkpath(folder()))
+        m_lock = lockFile(lockOf(path()));
+    return m_lock >= 0;
 }
 
 std::vector<RecoveryFile> Recovery::leftBehind()
@@ -76,7 +118,7 @@ std::vector<RecoveryFile> Recovery::leftBehind()
     std::vector<RecoveryFile> files;
     for (const QFileInfo& info :
         QDir(folder()).entryInfoList({ QLatin1Char('*') + Suffix }, QDir::Files, QDir::Time)) {
-        if (isRunning(info.completeBaseName().toLongLong()))
+        if (isInUse(info.filePath()))
             continue;
         const CIniFile note(kit::fromQt(noteOf(info.filePath())));
         files.push_back(
@@ -89,10 +131,27 @@ std::vector<RecoveryFile> Recovery::leftBehind()
 void Recovery::discard(const RecoveryFile& file)
 {
     removeCopy(file.path);
+    QFile::remove(lockOf(file.path));
+}
+
+void Recovery::replaces(const RecoveryFile& file)
+{
+    m_replaced.push_back(file);
+}
+
+void Recovery::discardReplaced()
+{
+    for (const RecoveryFile& file : m_replaced)
+        discard(file);
+    m_replaced.clear();
 }
 
 void Recovery::forget()
 {
+    m_writtenPosition = 0;
+    discardReplaced();
+    if (!m_isWriting)
+        releaseLock();
     m_isWanted = false;
     if (m_isForgotten)
         *m_isForgotten = true;
@@ -105,6 +164,8 @@ void Recovery::onChanged()
         forget();
         return;
     }
+    if (m_writtenPosition == m_document.changes().Position())
+        return; // the act changed nothing
     m_isWanted = true;
     if (!m_isWriting)
         write();
@@ -115,26 +176,35 @@ void Recovery::write()
     m_isWanted = false;
     std::shared_ptr<gis::CLibGis> copy
         = embedded::cloneLibrary(*embedded::Library::of(&m_document.library()));
-    if (!copy || !QDir().mkpath(folder()))
+    if (!copy || !holdLock())
         return;
     m_isWriting = true;
+    m_writtenPosition = m_document.changes().Position();
     m_isForgotten = std::make_shared<std::atomic<bool>>(false);
     QThreadPool::globalInstance()->start(
         [self = QPointer<Recovery>(this), copy, target = path(), original = m_document.path(),
             forgotten = m_isForgotten] {
             CIniFile(kit::fromQt(noteOf(target)))
                 .WriteString("Recovery", "OriginalPath", kit::fromQt(original));
-            static_cast<void>(embedded::saveLibraryCopy(*copy, target.toStdString()).ok());
+            const bool isWritten = embedded::saveLibraryCopy(*copy, target.toStdString()).ok();
             if (*forgotten)
                 removeCopy(target);
-            QMetaObject::invokeMethod(qApp, [self] {
-                if (!self)
-                    return;
-                self->m_isWriting = false;
-                if (self->m_isWanted)
-                    self->write();
+            QMetaObject::invokeMethod(qApp, [self, isWritten] {
+                if (self)
+                    self->onWritten(isWritten);
             });
         });
+}
+
+void Recovery::onWritten(bool isWritten)
+{
+    m_isWriting = false;
+    if (isWritten && !*m_isForgotten)
+        discardReplaced();
+    if (m_isWanted)
+        write();
+    else if (*m_isForgotten)
+        releaseLock();
 }
 
 } // namespace app

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -20,9 +21,10 @@ struct RecoveryFile {
     QString time; // when it was written, for the user
 };
 
-/// Keeps a copy of unsaved work beside the settings: written after each act on another thread,
-/// removed when the work is saved or given up, found by the next start when the program ended
-/// early. Thread: the user interface's.
+/// Keeps a copy of unsaved work beside the settings: written after each act that changed something,
+/// on another thread; removed when the work is saved or given up; found by the next start when the
+/// program ended early. A lock that goes with the process tells whose program still runs. Thread:
+/// the user interface's.
 class Recovery final : public QObject {
     Q_OBJECT
 
@@ -33,6 +35,9 @@ public:
     /// Copies whose program runs no more.
     [[nodiscard]] static std::vector<RecoveryFile> leftBehind();
     static void discard(const RecoveryFile& file);
+    /// The document holds that file's work now: it goes when a copy of its own is written, or
+    /// saved.
+    void replaces(const RecoveryFile& file);
     /// The work is saved or given up: the copy goes.
     void forget();
     /// True while a copy is being written.
@@ -42,8 +47,16 @@ public:
 private:
     void onChanged();
     void write();
+    void onWritten(bool isWritten);
+    void discardReplaced();
+    bool holdLock();
+    void releaseLock();
 
     Document& m_document;
+    const QString m_name; // of the copy, without folder; never given twice
+    int m_lock = -1; // an open file that this process has locked
+    std::uint64_t m_writtenPosition = 0; // of the changes, in the copy; 0: none
+    std::vector<RecoveryFile> m_replaced;
     bool m_isWriting = false;
     bool m_isWanted = false;
     std::shared_ptr<std::atomic<bool>>

@@ -84,9 +84,8 @@ void ThemePanel::refresh()
             if (drawingRank(theme->type) != rank)
                 continue;
             auto* item = new QListWidgetItem(m_list);
-            item->setText(QStringLiteral("%1  (%L2)")
-                              .arg(kit::toQt(theme->name))
-                              .arg(library.GetNoEnts(theme)));
+            item->setText(
+                kit::toQt(theme->name) + QStringLiteral("  (%L1)").arg(library.GetNoEnts(theme)));
             item->setData(Qt::UserRole, QVariant::fromValue(static_cast<void*>(theme)));
             item->setIcon(sampleOf(*theme, i, devicePixelRatioF()));
             item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
@@ -94,9 +93,10 @@ void ThemePanel::refresh()
             QFont font = m_list->font();
             font.setBold(library.IsThemeActive(theme));
             item->setFont(font);
-            item->setToolTip(QStringLiteral("Tabella: ")
+            item->setToolTip(QStringLiteral("<span>Tabella: ")
                 + kit::toQt(library.GetTableName(theme->table)).toHtmlEscaped()
-                + (library.IsThemeActive(theme) ? QStringLiteral(" — tema attivo") : QString()));
+                + (library.IsThemeActive(theme) ? QStringLiteral(" — tema attivo") : QString())
+                + QStringLiteral("</span>"));
             if (theme == current)
                 m_list->setCurrentItem(item);
         }

@@ -14,15 +14,6 @@ namespace {
 constexpr QRgb ThemeColours[] = { 0x1F6FB2, 0xD9821B, 0x3E8E41, 0x8A3FA0, 0xB8322F, 0x2A9D9A,
     0x6B5B2E, 0xC2478D, 0x52606D, 0x93A31D };
 
-std::shared_ptr<const std::vector<Box>> boxesOf(const EntitySnapshot& entities)
-{
-    auto boxes = std::make_shared<std::vector<Box>>();
-    boxes->reserve(static_cast<std::size_t>(entities.entityCount()));
-    for (int i = 0; i < entities.entityCount(); ++i)
-        boxes->push_back(entities.boxOf(i));
-    return boxes;
-}
-
 } // namespace
 
 QColor themeColour(int themeIndex)
@@ -57,8 +48,6 @@ MapContent mapContent(gis::CLibGis& library, const std::vector<gis::CTheme*>& th
             layer.type = type;
             layer.symbol.colour = themeColour(static_cast<int>(i));
             layer.entities = theme->geometry().snapshot();
-            if (type != gis::EntType::Points)
-                layer.boxes = boxesOf(*layer.entities);
             content.layers.push_back(std::move(layer));
         }
     return content;
@@ -69,8 +58,7 @@ Box extentOf(const MapContent& content)
     Box extent;
     for (const ThemeLayer& layer : content.layers)
         for (int i = 0; i < layer.entities->entityCount(); ++i)
-            extent.add(layer.boxes ? (*layer.boxes)[static_cast<std::size_t>(i)]
-                                   : layer.entities->boxOf(i));
+            extent.add(layer.boxOf(i));
     return extent;
 }
 

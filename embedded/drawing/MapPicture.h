@@ -33,8 +33,12 @@ struct ThemeLayer {
     gis::EntType type = gis::EntType::Points;
     SimpleSymbol symbol;
     std::shared_ptr<const EntitySnapshot> entities;
-    std::shared_ptr<const std::vector<Box>>
-        boxes; // by entity; null: computed while drawing (points)
+    /// The box of an entity; kept with the snapshot but for points, where computing is quicker.
+    [[nodiscard]] Box boxOf(int index) const
+    {
+        return type == gis::EntType::Points ? entities->boxOf(index)
+                                            : entities->boxes()[static_cast<std::size_t>(index)];
+    }
     std::shared_ptr<const std::vector<int>>
         only; // ascending indexes of the entities to draw; null: all
 };

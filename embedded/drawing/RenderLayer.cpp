@@ -139,8 +139,7 @@ bool renderShapes(
     const EntitySnapshot& entities = *layer.entities;
     QPolygonF points;
     return forEachEntity(layer, cancelled, [&](int index) {
-        const Box box
-            = layer.boxes ? (*layer.boxes)[static_cast<std::size_t>(index)] : entities.boxOf(index);
+        const Box box = layer.boxOf(index);
         if (box.isEmpty() || !box.intersects(shown))
             return;
         if (isDot(box, view)) {

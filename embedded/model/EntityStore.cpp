@@ -376,6 +376,16 @@ EntitySnapshot::EntitySnapshot(std::shared_ptr<const Data> data)
 }
 EntitySnapshot::~EntitySnapshot() = default;
 
+const std::vector<Box>& EntitySnapshot::boxes() const
+{
+    std::call_once(m_areBoxesMade, [this] {
+        m_boxes.reserve(static_cast<std::size_t>(entityCount()));
+        for (int i = 0; i < entityCount(); ++i)
+            m_boxes.push_back(boxOf(i));
+    });
+    return m_boxes;
+}
+
 int EntitySnapshot::entityCount() const
 {
     return static_cast<int>(m_data->entities.size());

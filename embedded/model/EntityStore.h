@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -126,9 +127,13 @@ public:
     [[nodiscard]] int partCount(int entityIndex) const;
     [[nodiscard]] PartView part(int entityIndex, int partIndex) const;
     [[nodiscard]] Box boxOf(int entityIndex) const;
+    /// All boxes by entity, computed at the first call and kept.
+    [[nodiscard]] const std::vector<Box>& boxes() const;
 
 private:
     std::shared_ptr<const Data> m_data;
+    mutable std::once_flag m_areBoxesMade;
+    mutable std::vector<Box> m_boxes;
 };
 
 } // namespace embedded

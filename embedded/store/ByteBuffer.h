@@ -71,6 +71,8 @@ public:
     {
         if (count > m_bytes.size() / sizeof(double) || !take(count * sizeof(double)))
             return m_ok = false;
+        if (count == 0)
+            return true;
         std::memcpy(out, m_taken, count * sizeof(double));
         if (m_bigEndian)
             for (std::size_t i = 0; i < count; ++i)

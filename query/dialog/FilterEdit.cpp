@@ -11,25 +11,15 @@
 #include <QMenu>
 #include <QStringListModel>
 #include <QTextCharFormat>
-#include <QValidator>
 
 namespace query {
 
 namespace {
 
-/// Turns line ends and tabs into blanks, one for one: an edit of one line keeps them, and the
-/// parser refuses a carriage return.
-class CBlanksForLineEnds final : public QValidator {
-public:
-    using QValidator::QValidator;
-    State validate(QString& text, int&) const override
-    {
-        for (QChar& c : text)
-            if (c == QLatin1Char('\r') || c == QLatin1Char('\n') || c == QLatin1Char('\t'))
-                c = QLatin1Char(' ');
-        return Acceptable;
-    }
-};
+bool isLineEndOrTab(QChar c)
+{
+    return c == QLatin1Char('\r') || c == QLatin1Char('\n') || c == QLatin1Char('\t');
+}
 
 const QStringList& keywords()
 {
@@ -70,11 +60,12 @@ CFilterEdit::CFilterEdit(QWidget* parent)
     , m_completer(new QCompleter(m_words, this))
     , m_historyAction(addAction(kit::icon("history"), TrailingPosition))
 {
-    setValidator(new CBlanksForLineEnds(this));
     m_completer->setWidget(this);
     m_completer->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
     connect(m_completer, qOverload<const QString&>(&QCompleter::activated), this,
         &CFilterEdit::takeCompletion);
+    connect(this, &QLineEdit::textEdited, this, &CFilterEdit::cleanEntered);
+    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) { m_before = text; });
     connect(this, &QLineEdit::textEdited, this, [this] {
         if (m_completer->popup()->isVisible())
             complete();
@@ -82,6 +73,29 @@ CFilterEdit::CFilterEdit(QWidget* parent)
     m_historyAction->setToolTip(QStringLiteral("Ultime interrogazioni (Alt+Giù)"));
     m_historyAction->setEnabled(false);
     connect(m_historyAction, &QAction::triggered, this, &CFilterEdit::offerHistory);
+}
+
+// What is pasted may be several lines, and the parser refuses a carriage return. Values that the
+// dialog inserted keep theirs: they would not be found otherwise.
+void CFilterEdit::cleanEntered(const QString& now)
+{
+    qsizetype first = 0;
+    const qsizetype shorter = qMin(now.size(), m_before.size());
+    while (first < shorter && now[first] == m_before[first])
+        ++first;
+    qsizetype kept = 0; // at the end
+    while (kept < shorter - first
+        && now[now.size() - 1 - kept] == m_before[m_before.size() - 1 - kept])
+        ++kept;
+    QString clean = now;
+    for (qsizetype i = first; i < now.size() - kept; ++i)
+        if (isLineEndOrTab(now[i]))
+            clean[i] = QLatin1Char(' ');
+    if (clean == now)
+        return;
+    const int caret = cursorPosition();
+    setText(clean);
+    setCursorPosition(caret);
 }
 
 void CFilterEdit::setFieldNames(const QStringList& names)

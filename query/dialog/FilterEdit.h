@@ -36,6 +36,7 @@ protected:
     void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
+    void cleanEntered(const QString& now);
     [[nodiscard]] QString typedWord() const;
     void complete();
     void takeCompletion(const QString& word);
@@ -49,6 +50,7 @@ private:
     bool m_isComposing = false; // a letter of several keystrokes is being put together
     int m_markedStart = 0;
     int m_markedLength = 0;
+    QString m_before; // the text before it is changed
 };
 
 } // namespace query

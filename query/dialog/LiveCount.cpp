@@ -6,6 +6,9 @@
 
 #include <QLocale>
 
+#include <new>
+#include <system_error>
+
 namespace query {
 
 namespace {
@@ -13,6 +16,7 @@ namespace {
 /// After this pause in typing the counting begins.
 constexpr int StartAfterMs = 60;
 constexpr int SliceMs = 15;
+constexpr int NotCounted = -1;
 
 QString countText(int found, int total)
 {
@@ -89,11 +93,21 @@ void CLiveCount::startWorker()
     if (m_worker.valid())
         return; // one at a time: the running one's end starts this one
     m_working = m_count;
-    m_worker = std::async(std::launch::async, [this, count = m_working] {
-        const int found = count->countColumns();
+    const auto work = [this, count = m_working] {
+        int found = NotCounted;
+        try {
+            found = count->countColumns();
+        } catch (const std::bad_alloc&) {
+        }
         QMetaObject::invokeMethod(this, &CLiveCount::onWorkerDone, Qt::QueuedConnection);
         return found;
-    });
+    };
+    try {
+        m_worker = std::async(std::launch::async, work);
+    } catch (const std::system_error&) { // no thread to be had: without a count one can ask as well
+        m_working.reset();
+        show({});
+    }
 }
 
 void CLiveCount::onWorkerDone()
@@ -101,7 +115,9 @@ void CLiveCount::onWorkerDone()
     const int found = m_worker.get();
     const bool isWanted = m_working == m_count;
     m_working.reset();
-    if (isWanted && m_count)
+    if (isWanted && m_count && found == NotCounted)
+        show({});
+    else if (isWanted && m_count)
         showCount(found);
     else if (m_count && m_count->isByColumns())
         startWorker();

@@ -7,6 +7,7 @@
 #include "tables/grid/GridView.h"
 
 #include "kit/Form.h"
+#include "kit/LongWork.h"
 #include "kit/Progress.h"
 #include "kit/WaitCursor.h"
 
@@ -16,6 +17,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
+#include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -85,6 +87,9 @@ void CCtrlShowTable::connectView()
     connect(m_view, &CGridView::selectedRowsChanged, this, &CCtrlShowTable::renderStatus);
     connect(m_view, &CGridView::copyRequested, this, &CCtrlShowTable::copy);
     connect(m_view, &CGridView::findRequested, m_findBar, &tables::CFindBar::open);
+    // From anywhere in the window while the grid is seen.
+    auto* find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, m_findBar, &tables::CFindBar::open);
     connect(m_view, &CGridView::findNextRequested, this, &CCtrlShowTable::findNext);
     connect(m_findBar, &tables::CFindBar::findRequested, this, &CCtrlShowTable::findNext);
     connect(m_findBar, &tables::CFindBar::closed, this, &CCtrlShowTable::closeFind);
@@ -97,6 +102,7 @@ void CCtrlShowTable::connectView()
 void CCtrlShowTable::Fill()
 {
     m_grid.contents().fill();
+    readColumns();
     afterFill();
     selectFillRows(m_grid.rowsSelectedInDrawing());
     if (const auto runs = m_view->selectedRuns(); !runs.empty())
@@ -106,7 +112,23 @@ void CCtrlShowTable::Fill()
 void CCtrlShowTable::Fill(const std::vector<orv::CResultRow*>& rows)
 {
     m_grid.contents().fill(rows);
+    readColumns();
     afterFill();
+}
+
+// Columns that are still in a file are read before the first cell is painted, where the user sees
+// how far it is. Stopped, the cells are read when they come into sight.
+void CCtrlShowTable::readColumns()
+{
+    tables::CGridContents& contents = m_grid.contents();
+    if (!contents.hasColumns())
+        return;
+    kit::runLongWork(this, QStringLiteral("Lettura della tabella…"), [&](kit::WorkToken& token) {
+        for (int field = 0; field < contents.fieldCount() && !token.isCancelled(); ++field) {
+            static_cast<void>(contents.column(field));
+            token.report((field + 1.0) / contents.fieldCount());
+        }
+    });
 }
 
 void CCtrlShowTable::afterFill()

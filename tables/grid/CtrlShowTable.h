@@ -42,6 +42,7 @@ public:
 
 private:
     void connectView();
+    void readColumns();
     void afterFill();
     void selectFillRows(const std::vector<int>& fillRows);
     void beforeSort();

@@ -70,6 +70,11 @@ void CFindBar::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
+        if (auto* button = qobject_cast<QToolButton*>(focusWidget())) {
+            button->click();
+            break;
+        }
+        [[fallthrough]];
     case Qt::Key_F3:
         Q_EMIT findRequested(isForward);
         break;

@@ -56,6 +56,8 @@ public:
     /// The column of a field with one row for each row of the table, where the host offers columns
     /// and the column holds values of the field's format; valid until the library changes.
     [[nodiscard]] std::optional<gis::ColumnView> column(int field) const;
+    /// Whether the host offers columns at all.
+    [[nodiscard]] bool hasColumns() const { return m_columns != nullptr; }
     /// True when the shown rows are the table's, in its order, so that fill row and column row
     /// agree.
     [[nodiscard]] bool showsWholeTable() const { return m_isWholeTable; }

@@ -7,7 +7,9 @@
 #include "kit/texts/QtText.h"
 
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QWheelEvent>
 
 #include <limits>
 
@@ -16,6 +18,34 @@ namespace tables {
 namespace {
 
 constexpr QRgb PredefinedBackground = qRgb(223, 255, 210);
+
+/// A list of choices that tells a choice from its open list from one made by going through it with
+/// keys or the wheel.
+class CChoiceEdit final : public QComboBox {
+public:
+    using QComboBox::QComboBox;
+    [[nodiscard]] bool isListChoice() const { return m_isListChoice; }
+    void showPopup() override
+    {
+        m_isListChoice = true;
+        QComboBox::showPopup();
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        m_isListChoice = false;
+        QComboBox::keyPressEvent(event);
+    }
+    void wheelEvent(QWheelEvent* event) override
+    {
+        m_isListChoice = false;
+        QComboBox::wheelEvent(event);
+    }
+
+private:
+    bool m_isListChoice = true; // also where a program chooses
+};
 
 } // namespace
 
@@ -41,11 +71,13 @@ void CGridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIn
 
 QWidget* CGridDelegate::createChoice(QWidget* parent, const GridField& field) const
 {
-    auto* combo = new QComboBox(parent);
+    auto* combo = new CChoiceEdit(parent);
     for (const auto& choice : cellChoices(*m_model.contents().library(), field))
         combo->addItem(kit::toQt(choice));
-    // A choice from the list is the whole edit: nobody expects to confirm it with Return.
+    // A choice from the open list is the whole edit: nobody expects to confirm it with Return.
     connect(combo, &QComboBox::activated, this, [this, combo] {
+        if (!combo->isListChoice())
+            return;
         auto* self = const_cast<CGridDelegate*>(this);
         Q_EMIT self->commitData(combo);
         Q_EMIT self->closeEditor(combo);

@@ -11,6 +11,7 @@ namespace tables {
 namespace {
 
 constexpr int StepRows = 512;
+enum : std::uint8_t { NotLookedAt, No, Yes };
 
 /// True when numbers, dates or yes/no values of this format can show the text at all.
 bool canShow(gis::FieldFormat format, const QString& sought)
@@ -60,15 +61,13 @@ void CGridFinder::prepare(int field)
     } else if (view && view->kind == gis::ColumnKind::Dictionary && contents.showsWholeTable()) {
         hits.kind = ColumnHits::Kind::ByCode;
         hits.view = view;
-        hits.codes.resize(view->dictionarySize);
-        for (std::uint32_t code = 0; code < view->dictionarySize; ++code)
-            hits.codes[code] = containsSought(view->dictionary[code].View());
+        hits.codes.resize(view->dictionarySize, NotLookedAt);
     }
 }
 
-bool CGridFinder::matches(int fillRow, int field) const
+bool CGridFinder::matches(int fillRow, int field)
 {
-    const auto& hits = m_columns[static_cast<std::size_t>(field)];
+    auto& hits = m_columns[static_cast<std::size_t>(field)];
     const CGridContents& contents = m_model.contents();
     if (hits.kind == ColumnHits::Kind::Never)
         return false;
@@ -77,7 +76,11 @@ bool CGridFinder::matches(int fillRow, int field) const
         const int i = fillRow % gis::ColumnChunkRows;
         if (chunk.validity && !(chunk.validity[i / 64] >> (i % 64) & 1))
             return false;
-        return hits.codes[static_cast<const std::uint32_t*>(chunk.values)[i]];
+        const std::uint32_t code = static_cast<const std::uint32_t*>(chunk.values)[i];
+        std::uint8_t& known = hits.codes[code];
+        if (known == NotLookedAt)
+            known = containsSought(hits.view->dictionary[code].View()) ? Yes : No;
+        return known == Yes;
     }
     return containsSought(contents.text(fillRow, field).View());
 }

@@ -36,10 +36,10 @@ private:
     struct ColumnHits {
         enum class Kind { Never, ByCell, ByCode } kind = Kind::ByCell;
         std::optional<gis::ColumnView> view;
-        std::vector<bool> codes; // by dictionary code
+        std::vector<std::uint8_t> codes; // by dictionary code: not looked at, no, yes
     };
     void prepare(int field);
-    [[nodiscard]] bool matches(int fillRow, int field) const;
+    [[nodiscard]] bool matches(int fillRow, int field);
     [[nodiscard]] bool containsSought(std::string_view text) const;
 
     const CGridModel& m_model;

@@ -77,7 +77,12 @@ const std::set<std::string> Expected {
 
 TEST(ExportedSymbolsTest, TheLibraryShowsHostsTheseNamesAndNoOthers)
 {
-    EXPECT_EQ(definedSymbols(TEMATICA_LIBRARY), Expected);
+    auto symbols = definedSymbols(TEMATICA_LIBRARY);
+#ifdef __SANITIZE_ADDRESS__
+    // The sanitizer marks the standard library's constants for its check of one definition.
+    std::erase_if(symbols, [](const auto& name) { return name.starts_with("std::"); });
+#endif
+    EXPECT_EQ(symbols, Expected);
 }
 
 } // namespace

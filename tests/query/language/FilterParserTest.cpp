@@ -15,7 +15,7 @@ using query::ParseFailure;
 using query::parseFilter;
 using query::ParseOutcome;
 
-ParseOutcome parsed(const std::string& text)
+ParseOutcome parsed(std::string_view text)
 {
     return parseFilter(text, ErrorReport::Silent);
 }

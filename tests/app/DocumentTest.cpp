@@ -1,0 +1,226 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tests/app/AppTesting.h"
+
+#include "app/Words.h"
+#include "embedded/model/Library.h"
+#include "embedded/shapefile/Shapefile.h"
+#include "embedded/store/GeoPackage.h"
+#include "tests/support/LibraryNotation.h"
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace apptest {
+
+CFolder::CFolder()
+{
+    qputenv("TEMATICA_INI", file(QStringLiteral("settings.ini")).toUtf8());
+    qputenv("TEMATICA_RECOVERY", file(QStringLiteral("recovery")).toUtf8());
+}
+
+void openTown(app::Document& document, const QString& path, std::string_view notation)
+{
+    const auto library = support::makeLibrary(notation);
+    ASSERT_TRUE(embedded::saveLibraryCopy(*library, path.toStdString()).ok());
+    embedded::Report report;
+    ASSERT_TRUE(document.open(path, report).ok());
+}
+
+bool waitFor(const std::function<bool()>& condition)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition()) {
+        if (timer.elapsed() > 10000)
+            return false;
+        QTest::qWait(5);
+    }
+    return true;
+}
+
+} // namespace apptest
+
+namespace {
+
+using app::Document;
+using namespace apptest;
+
+class DocumentTest : public testing::Test {
+protected:
+    CFolder folder;
+    Document document;
+    QString path = folder.file(QStringLiteral("t.gpkg"));
+
+    QString shapefile(const char* theme)
+    {
+        const auto library = support::makeLibrary(Town);
+        embedded::Report report;
+        int flags = 0;
+        EXPECT_TRUE(embedded::exportShapefile(
+            *library->FindTheme(theme), folder.file(QString()).toStdString(), {}, flags, report)
+                        .ok());
+        return folder.file(QString::fromUtf8(theme) + QStringLiteral(".shp"));
+    }
+    void writeCell(const char* text)
+    {
+        document.act(QStringLiteral("Scrittura"), [&] {
+            gis::CLibGis& library = document.library();
+            orv::CPolyValue value { orv::String(text) };
+            library.SetRowValue(library.GetRow(library.GetTable(0), 0), 0, value);
+        });
+    }
+    QString cell()
+    {
+        orv::CPolyValue value;
+        gis::CLibGis& library = document.library();
+        library.GetRowValue(library.GetRow(library.GetTable(0), 0), 0, value);
+        return QString::fromUtf8(value.GetStringValue().Data());
+    }
+};
+
+TEST_F(DocumentTest, ANewDocumentIsSavedAndHasNoName)
+{
+    EXPECT_TRUE(document.isSaved());
+    EXPECT_EQ(document.title(), QStringLiteral("Senza nome"));
+    EXPECT_TRUE(document.path().isEmpty());
+}
+
+TEST_F(DocumentTest, AnActIsOneStepWithItsNameAndIsUnsavedUntilTakenBack)
+{
+    openTown(document, path);
+    ASSERT_TRUE(document.isSaved());
+    writeCell("nuovo");
+
+    EXPECT_FALSE(document.isSaved());
+    EXPECT_EQ(document.changes().UndoName(), orv::String("Scrittura"));
+    document.undo();
+    EXPECT_EQ(cell(), QStringLiteral("a"));
+    EXPECT_TRUE(document.isSaved());
+    document.redo();
+    EXPECT_EQ(cell(), QStringLiteral("nuovo"));
+    EXPECT_FALSE(document.isSaved());
+}
+
+TEST_F(DocumentTest, WhatIsSavedIsThereAgain)
+{
+    openTown(document, path);
+    writeCell("nuovo");
+    ASSERT_TRUE(document.save().ok());
+    EXPECT_TRUE(document.isSaved());
+    const QString other = folder.file(QStringLiteral("altro.gpkg"));
+    ASSERT_TRUE(document.saveAs(other).ok());
+    EXPECT_EQ(document.path(), other);
+    document.startNew();
+
+    embedded::Report report;
+    for (const QString& saved : { path, other }) {
+        ASSERT_TRUE(document.open(saved, report).ok());
+        EXPECT_EQ(cell(), QStringLiteral("nuovo"));
+    }
+}
+
+TEST_F(DocumentTest, AShapefileOpensAsUnsavedWorkWithoutAFile)
+{
+    embedded::Report report;
+    ASSERT_TRUE(document.open(shapefile("A"), report).ok());
+
+    EXPECT_EQ(document.library().GetNumThemes(), 1);
+    EXPECT_TRUE(document.path().isEmpty());
+    EXPECT_FALSE(document.isSaved());
+}
+
+TEST_F(DocumentTest, AnImportIsOneStepAndAClashIsRefusedWhole)
+{
+    ASSERT_TRUE(document.importShapefile(shapefile("A")).ok());
+    ASSERT_TRUE(document.importShapefile(shapefile("P")).ok());
+    EXPECT_EQ(document.library().GetNumThemes(), 2);
+    EXPECT_EQ(document.changes().UndoName(), orv::String("Importazione di P.shp"));
+
+    const auto again = document.importShapefile(shapefile("P"));
+    ASSERT_FALSE(again.ok());
+    EXPECT_EQ(again.error().code, embedded::ErrorCode::NameClash);
+    EXPECT_TRUE(app::errorText(again.error()).contains(QStringLiteral("\"P\"")));
+    EXPECT_EQ(document.library().GetNumThemes(), 2);
+    EXPECT_EQ(document.library().GetNumTables(), 2);
+    EXPECT_EQ(document.changes().UndoName(), orv::String("Importazione di P.shp"));
+
+    document.undo();
+    document.undo();
+    EXPECT_EQ(document.library().GetNumThemes(), 0);
+    EXPECT_TRUE(document.isSaved());
+}
+
+TEST_F(DocumentTest, WhoComesSecondReadsOnlyAndSavesUnderAnotherName)
+{
+    openTown(document, path);
+    Document second;
+    embedded::Report report;
+    ASSERT_TRUE(second.open(path, report).ok());
+
+    EXPECT_FALSE(document.isReadOnly());
+    EXPECT_TRUE(second.isReadOnly());
+    EXPECT_FALSE(second.save().ok());
+    EXPECT_TRUE(second.saveAs(folder.file(QStringLiteral("copia.gpkg"))).ok());
+    EXPECT_FALSE(second.isReadOnly());
+}
+
+TEST_F(DocumentTest, WhatCannotBeOpenedLeavesThePresentWork)
+{
+    openTown(document, path);
+    writeCell("nuovo");
+    const QString text = folder.file(QStringLiteral("testo.gpkg"));
+    QFile file(text);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("non sono una libreria");
+    file.close();
+
+    embedded::Report report;
+    const auto opened = document.open(text, report);
+    ASSERT_FALSE(opened.ok());
+    EXPECT_TRUE(app::errorText(opened.error()).contains(QStringLiteral("testo.gpkg")));
+    EXPECT_FALSE(document.open(folder.file(QStringLiteral("non-esiste.shp")), report).ok());
+    EXPECT_EQ(cell(), QStringLiteral("nuovo"));
+    EXPECT_EQ(document.path(), path);
+}
+
+TEST_F(DocumentTest, EveryErrorIsASentenceThatNamesTheThing)
+{
+    using embedded::ErrorCode;
+    for (int code = 0; code <= static_cast<int>(ErrorCode::Internal); ++code) {
+        const auto which = static_cast<ErrorCode>(code);
+        const QString text = app::errorText({ which, "100%1 <b>.shp", "motivo %2" });
+        EXPECT_GT(text.size(), 10) << code;
+        EXPECT_TRUE(text.endsWith(QLatin1Char('.'))) << text.toStdString();
+        if (which != ErrorCode::Cancelled && which != ErrorCode::Internal) {
+            EXPECT_TRUE(text.contains(QStringLiteral("100%1 <b>.shp"))) << text.toStdString();
+        }
+    }
+}
+
+TEST_F(DocumentTest, MarksGoWhenTheirEntitiesMayBeGone)
+{
+    ASSERT_TRUE(document.importShapefile(shapefile("P")).ok());
+    gis::CLibGis& library = document.library();
+    const QSignalSpy spy(&document, &Document::highlightChanged);
+    gis::CEnt* entity = library.GetEnt(library.GetTheme(0), 0);
+    document.setSelected({ entity });
+    document.ShowFound(0, { entity });
+    document.ShowRow(entity);
+    EXPECT_EQ(spy.count(), 2) << "the grid's row has a signal of its own";
+    std::vector<gis::CEnt*> selected;
+    document.GetSelected(selected);
+    EXPECT_EQ(selected, std::vector<gis::CEnt*> { entity });
+
+    document.undo();
+
+    EXPECT_TRUE(document.highlight().selected.empty());
+    EXPECT_TRUE(document.highlight().found.empty());
+    EXPECT_EQ(document.highlight().current, nullptr);
+}
+
+} // namespace
