@@ -45,6 +45,7 @@ int main(int argc, char** argv)
 #ifdef TEMATICA_BENCH_WIDGETS
     bench::drawingJobs(jobs);
     bench::dialogJobs(jobs);
+    bench::holdUpJobs(jobs);
 #endif
     jobs.print();
     fs::remove_all(folder);

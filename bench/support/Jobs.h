@@ -63,5 +63,6 @@ void growthJobs(Jobs& jobs);
 void memoryJob(Jobs& jobs);
 void dialogJobs(Jobs& jobs);
 void drawingJobs(Jobs& jobs);
+void holdUpJobs(Jobs& jobs);
 
 } // namespace bench

@@ -98,6 +98,18 @@ void CFilterEdit::cleanEntered(const QString& now)
     setCursorPosition(caret);
 }
 
+// What is selected stays so while the lists and buttons are used: what they insert goes in its
+// place.
+void CFilterEdit::focusOutEvent(QFocusEvent* event)
+{
+    const int start = selectionStart();
+    const int length = selectionLength();
+    const bool isCaretInFront = cursorPosition() == start;
+    QLineEdit::focusOutEvent(event);
+    if (start >= 0 && !hasSelectedText())
+        setSelection(isCaretInFront ? start + length : start, isCaretInFront ? -length : length);
+}
+
 void CFilterEdit::setFieldNames(const QStringList& names)
 {
     m_fieldNames.clear();

@@ -32,6 +32,7 @@ public:
     [[nodiscard]] QStringList completions() const;
 
 protected:
+    void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
 
