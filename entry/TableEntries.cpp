@@ -5,6 +5,7 @@
 #include "entry/DialogFrame.h"
 #include "kit/ModalRun.h"
 #include "tables/grid/DlgShowTable.h"
+#include "tables/structure/DlgTableEdit.h"
 
 // The dialogs of tables. One that is not built yet gives its cancelled answer.
 
@@ -17,7 +18,10 @@ bool FDlgTableListGIS(gis::CLibGis* library)
 bool FDlgTableEditGIS(gis::CLibGis* library, gis::CDBTable* table)
 {
     const entry::Frame frame { "FDlgTableEditGIS", false };
-    return entry::runDialog(frame, { library, table }, [] { return false; });
+    return entry::runDialog(frame, { library, table }, [=] {
+        CDlgTableEdit dialog(library, table);
+        return kit::runModal(dialog);
+    });
 }
 
 bool FDlgCompileTableGIS(gis::CLibGis* library, gis::CTheme* theme, orv::CResultRow* row)

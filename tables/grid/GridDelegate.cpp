@@ -4,50 +4,16 @@
 
 #include "tables/grid/DateCellEdit.h"
 
+#include "kit/ChoiceEdit.h"
+#include "kit/Colours.h"
 #include "kit/texts/QtText.h"
 
 #include <QComboBox>
-#include <QKeyEvent>
 #include <QLineEdit>
-#include <QWheelEvent>
 
 #include <limits>
 
 namespace tables {
-
-namespace {
-
-constexpr QRgb PredefinedBackground = qRgb(223, 255, 210);
-
-/// A list of choices that tells a choice from its open list from one made by going through it with
-/// keys or the wheel.
-class CChoiceEdit final : public QComboBox {
-public:
-    using QComboBox::QComboBox;
-    [[nodiscard]] bool isListChoice() const { return m_isListChoice; }
-    void showPopup() override
-    {
-        m_isListChoice = true;
-        QComboBox::showPopup();
-    }
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override
-    {
-        m_isListChoice = false;
-        QComboBox::keyPressEvent(event);
-    }
-    void wheelEvent(QWheelEvent* event) override
-    {
-        m_isListChoice = false;
-        QComboBox::wheelEvent(event);
-    }
-
-private:
-    bool m_isListChoice = true; // also where a program chooses
-};
-
-} // namespace
 
 CGridDelegate::CGridDelegate(CGridModel& model, QObject* parent)
     : QStyledItemDelegate(parent)
@@ -60,7 +26,7 @@ void CGridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIn
     QStyledItemDelegate::initStyleOption(option, index);
     option->textElideMode = Qt::ElideRight;
     if (m_model.contents().field(index.column()).isPredefined) {
-        option->backgroundBrush = QColor(PredefinedBackground);
+        option->backgroundBrush = QColor(kit::PredefinedBackground);
         option->palette.setColor(QPalette::Text, Qt::black); // readable on it in dark themes too
     } else if (index.row() == m_currentRow) {
         QColor mark = option->palette.color(QPalette::Highlight);
@@ -71,7 +37,7 @@ void CGridDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIn
 
 QWidget* CGridDelegate::createChoice(QWidget* parent, const GridField& field) const
 {
-    auto* combo = new CChoiceEdit(parent);
+    auto* combo = new kit::CChoiceEdit(parent);
     for (const auto& choice : cellChoices(*m_model.contents().library(), field))
         combo->addItem(kit::toQt(choice));
     // A choice from the open list is the whole edit: nobody expects to confirm it with Return.

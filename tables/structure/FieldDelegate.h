@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tables/structure/FieldModel.h"
+
+#include <QPointer>
+#include <QStyledItemDelegate>
+
+namespace tables {
+
+/// The editors of the structure editor's cells: a free text for the name, lists for source and
+/// format.
+class CFieldDelegate final : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    explicit CFieldDelegate(QObject* parent = nullptr);
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+        const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    void setModelData(
+        QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+        const QModelIndex& index) const override;
+    void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
+    /// Takes what an open editor holds and closes it.
+    void commitOpenEditor();
+    [[nodiscard]] bool isEditing() const { return m_editor != nullptr; }
+
+Q_SIGNALS:
+    void editBegun(int row) const;
+    /// The first keystroke in a name's editor, or the first choice in a list's.
+    void typingBegun(int row) const;
+
+private:
+    [[nodiscard]] QWidget* createChoice(QWidget* parent, const QStringList& choices, int row) const;
+
+    mutable QPointer<QWidget> m_editor;
+};
+
+} // namespace tables
