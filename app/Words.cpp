@@ -142,6 +142,9 @@ QString lineOf(FindingCode code)
         return QStringLiteral("%3 testi del campo \"%1\" sono stati troncati.");
     case FindingCode::NumberCut:
         return QStringLiteral("%3 numeri del campo \"%1\" non entrano nella colonna.");
+    case FindingCode::NumberRounded:
+        return QStringLiteral(
+            "%3 numeri del campo \"%1\" sono arrotondati alle cifre della colonna.");
     case FindingCode::DateCut:
         return QStringLiteral("%3 date del campo \"%1\" non sono rappresentabili.");
     case FindingCode::FormatChanged:

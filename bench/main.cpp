@@ -7,6 +7,7 @@
 
 #ifdef TEMATICA_BENCH_WIDGETS
 #include <QApplication>
+#include <QLoggingCategory>
 #endif
 
 #include <cstdlib>
@@ -27,6 +28,7 @@ int main(int argc, char** argv)
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
     QApplication application(argc, argv);
     QApplication::setStyle(QStringLiteral("Fusion"));
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\nqt.qpa.*=false"));
 #endif
     namespace fs = std::filesystem;
     const fs::path folder

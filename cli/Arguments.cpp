@@ -5,6 +5,7 @@
 #include "cli/Output.h"
 
 #include "host/base/Numbers.h"
+#include "host/base/String.h"
 
 #include <CLI/CLI.hpp>
 
@@ -27,6 +28,31 @@ const std::map<std::string, embedded::ExportCoordinates> Coordinates {
     { "2d", embedded::ExportCoordinates::XY },
     { "3d", embedded::ExportCoordinates::XYZ },
 };
+
+/// One of these names and nothing else: not the number that a name stands for.
+template <typename Value> CLI::Validator byName(const std::map<std::string, Value>& values)
+{
+    return CLI::Validator(
+        [&values](std::string& text) {
+            const auto found = values.find(text);
+            if (found == values.end()) {
+                std::string names;
+                for (const auto& [name, value] : values)
+                    names += (names.empty() ? "" : ", ") + name;
+                return "'" + text + "' is none of " + names;
+            }
+            text = orv::String::ValueOf(static_cast<int>(found->second)).Bytes();
+            return std::string();
+        },
+        "");
+}
+
+/// A path that names something.
+CLI::Validator namedPath()
+{
+    return CLI::Validator(
+        [](std::string& text) { return text.empty() ? "an empty path" : std::string(); }, "");
+}
 
 /// Takes the filter out of the words of a query, since it may begin with "-" as options do
 /// (-5 < Corsie); a stand-in keeps its place. Empty when there is none.
@@ -57,13 +83,17 @@ std::optional<std::string> takeFilter(std::vector<std::string>& words)
 
 void describeInfo(CLI::App& app, InfoArguments& arguments)
 {
-    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")->required();
+    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")
+        ->required()
+        ->check(namedPath());
     app.add_flag("--json", arguments.isJson, "as JSON");
 }
 
 void describeQuery(CLI::App& app, QueryArguments& arguments)
 {
-    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")->required();
+    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")
+        ->required()
+        ->check(namedPath());
     app.add_option("FILTER", arguments.filter, "condition, e.g. \"Tipo = 'Strada' AND Corsie > 1\"")
         ->required();
     app.add_option("--theme", arguments.theme, "theme to ask; not needed where there is one");
@@ -72,23 +102,25 @@ void describeQuery(CLI::App& app, QueryArguments& arguments)
     app.add_option("--limit", arguments.limit, "only the first so many")
         ->check(CLI::NonNegativeNumber);
     app.add_option("--format", arguments.format, "table, csv, json or geojson")
-        ->transform(CLI::Transformer(RowFormats))
+        ->transform(byName(RowFormats))
         ->default_str("table");
 }
 
 void describeValues(CLI::App& app, ValuesArguments& arguments)
 {
-    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")->required();
+    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")
+        ->required()
+        ->check(namedPath());
     app.add_option("FIELD", arguments.field, "field whose distinct values are listed")->required();
     app.add_option("--theme", arguments.theme, "theme to ask; not needed where there is one");
     app.add_option("--format", arguments.format, "table, csv or json")
-        ->transform(CLI::Transformer(ValueFormats))
+        ->transform(byName(ValueFormats))
         ->default_str("table");
 }
 
 void describeImport(CLI::App& app, ImportArguments& arguments)
 {
-    app.add_option("FILE", arguments.file, "shapefile (.shp)")->required();
+    app.add_option("FILE", arguments.file, "shapefile (.shp)")->required()->check(namedPath());
     app.add_option("--into", arguments.into, "library (.gpkg); made when it is not there")
         ->required();
     app.add_option(
@@ -98,20 +130,22 @@ void describeImport(CLI::App& app, ImportArguments& arguments)
         "--point-description", arguments.pointDescription, "make points, described by this field");
     app.add_option("--on-conflict", arguments.onConflict,
            "what to do when the library has such a table: fail, rename or merge")
-        ->transform(CLI::Transformer(Conflicts))
+        ->transform(byName(Conflicts))
         ->default_str("fail");
     app.add_flag("--strict", arguments.isStrict, "refuse files that give a warning");
 }
 
 void describeExport(CLI::App& app, ExportArguments& arguments)
 {
-    app.add_option("FILE", arguments.file, "library (.gpkg)")->required();
-    app.add_option("--to", arguments.folder, "folder for the shapefiles")->required();
+    app.add_option("FILE", arguments.file, "library (.gpkg)")->required()->check(namedPath());
+    app.add_option("--to", arguments.folder, "folder for the shapefiles")
+        ->required()
+        ->check(namedPath());
     app.add_option("--theme", arguments.themes, "theme to export, any number of times; else all")
         ->expected(1)
         ->take_all();
     app.add_option("--coords", arguments.options.coordinates, "theme, 2d or 3d")
-        ->transform(CLI::Transformer(Coordinates))
+        ->transform(byName(Coordinates))
         ->default_str("theme");
     app.add_option("--max-chars", arguments.options.maxTextBytes, "widest text column, in bytes")
         ->check(CLI::Range(1, 254))
@@ -157,8 +191,12 @@ std::string readBox(const std::string& text, RenderArguments& arguments)
 
 void describeRender(CLI::App& app, RenderArguments& arguments)
 {
-    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")->required();
-    app.add_option("--output", arguments.output, "picture to write (.png)")->required();
+    app.add_option("FILE", arguments.file, "library (.gpkg) or shapefile (.shp)")
+        ->required()
+        ->check(namedPath());
+    app.add_option("--output", arguments.output, "picture to write (.png)")
+        ->required()
+        ->check(namedPath());
     app.add_option(
            "--theme", arguments.themes, "theme to draw, any number of times; else the visible ones")
         ->expected(1)

@@ -107,12 +107,13 @@ int runExport(const ExportArguments& arguments)
             break;
     }
     embedded::Library::of(&lib)->setProgress(nullptr);
+    const int exitCode
+        = output.finish(); // what was written is said, whatever becomes of the report
     if (arguments.report) {
         const auto written = reportFile.write(*arguments.report);
         if (!written)
             return fail(written.error());
     }
-    const int exitCode = output.finish();
     return isAllWritten ? exitCode : static_cast<int>(Failed);
 }
 

@@ -64,6 +64,8 @@ std::string_view word(embedded::FindingCode code)
         return "text-cut";
     case FindingCode::NumberCut:
         return "number-cut";
+    case FindingCode::NumberRounded:
+        return "number-rounded";
     case FindingCode::DateCut:
         return "date-cut";
     case FindingCode::FormatChanged:

@@ -13,6 +13,7 @@
 #include "host/base/Numbers.h"
 #include "tematica/GisMerger.h"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace cli {
@@ -85,6 +86,14 @@ std::unique_ptr<gis::IGisMerger> mergerFor(gis::CLibGis& library, OnConflict rul
     return merger;
 }
 
+bool hasWarnings(const embedded::Report& report)
+{
+    return std::any_of(
+        report.findings.begin(), report.findings.end(), [](const embedded::Finding& finding) {
+            return finding.severity == embedded::FindingSeverity::Warning;
+        });
+}
+
 Result<void> save(gis::CLibGis& library, const std::string& path)
 {
     std::error_code ignored;
@@ -114,13 +123,16 @@ int runImport(const ImportArguments& arguments)
         return fail(points.error());
 
     embedded::Library::of(&lib)->setProgress(&progress);
-    embedded::Report report;
+    // The library's own report: what a merge empties is told there too.
+    embedded::Report& report = embedded::Library::of(&lib)->beginReport();
     const auto merger = mergerFor(lib, arguments.onConflict);
     const auto imported = embedded::importShapefile(lib, arguments.file,
         { arguments.encoding, points.value(), arguments.isStrict }, merger.get(), nullptr, report);
     tellWarnings(report, arguments.file);
     if (!imported)
         return fail(imported.error());
+    if (arguments.isStrict && hasWarnings(report))
+        return fail({ ErrorCode::StrictFinding, arguments.file, "values lost by merging" });
     const auto saved = save(lib, arguments.into);
     embedded::Library::of(&lib)->setProgress(nullptr);
     if (!saved)

@@ -137,10 +137,12 @@ const char* pattern(FindingCode code)
         return "field {subject}: {count} texts were cut to the column's width";
     case FindingCode::NumberCut:
         return "field {subject}: {count} numbers do not fit the column and were left out";
+    case FindingCode::NumberRounded:
+        return "field {subject}: {count} numbers were rounded to the column's digits";
     case FindingCode::DateCut:
         return "field {subject}: {count} dates outside the years 1 to 9999 were left out";
     case FindingCode::FormatChanged:
-        return "field {subject} written as {detail}";
+        return "field {subject}: {detail}";
     case FindingCode::ReferenceSystemMissing:
         return "the theme has no reference system, so no .prj was written";
     case FindingCode::CoordinateDropped:

@@ -92,11 +92,22 @@ int writeRows(gis::CLibGis& library, gis::CTheme* theme, const std::vector<gis::
 
 /// Says what of the filter has no effect: names that are not there, and what follows the point
 /// where the parser stopped.
-void tellFilterWarnings(
-    const query::ParseOutcome& filter, gis::CLibGis& library, gis::CTheme* theme)
+/// Which condition was taken; its text too where that is not simply what stands before the slip.
+void tellShortened(const query::ParseOutcome& filter, std::string_view text)
+{
+    tell(fmt::format("only the condition before position {} was used", filter.errorPosition));
+    const auto start = static_cast<std::size_t>(filter.conditionPosition - 1);
+    const auto isPlain = [](char c) { return c == ' ' || c == '('; };
+    if (!std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(start), isPlain))
+        tell(fmt::format(
+            "that is: {}", text.substr(start, static_cast<std::size_t>(filter.conditionBytes))));
+}
+
+void tellFilterWarnings(std::string_view text, const query::ParseOutcome& filter,
+    gis::CLibGis& library, gis::CTheme* theme)
 {
     if (filter.isShortened())
-        tell(fmt::format("only the condition before position {} was used", filter.errorPosition));
+        tellShortened(filter, text);
     for (const auto& name : query::filterNames(*filter.root, &library, theme))
         if (!name.isKnown)
             tell(fmt::format("there is no {} named {}; terms that name it cannot be computed",
@@ -127,7 +138,7 @@ int runQuery(const QueryArguments& arguments)
     }
     const auto filter = query::parseFilter(arguments.filter, query::ErrorReport::Silent);
     if (filter.root)
-        tellFilterWarnings(filter, lib, theme.value());
+        tellFilterWarnings(arguments.filter, filter, lib, theme.value());
     std::vector<gis::CEnt*> found;
     execution.Execute(found);
     if (!arguments.isCountOnly)

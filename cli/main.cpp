@@ -42,6 +42,8 @@ int main(int argc, char** argv)
     } catch (...) {
         cli::tell("an error inside the program");
     }
-    cli::endByInterrupt();
+    // An interrupt that came when all was done has stopped nothing.
+    if (exitCode != cli::Done)
+        cli::endByInterrupt();
     return exitCode;
 }

@@ -267,17 +267,22 @@ void saveJob(Jobs& jobs)
     }
     sqlite3* db = nullptr;
     sqlite3_open(peerFile.c_str(), &db);
+    // The layer's triggers call functions that only GIS programs have.
+    sqlite3_db_config(db, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     double peer = 0;
     for (int i = 0; i < 3; ++i)
         peer = elapsedMs([&] {
             sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr);
             sqlite3_stmt* update = nullptr;
-            sqlite3_prepare_v2(
-                db, "UPDATE \"Punti\" SET \"Corsie\" = ?1 WHERE fid = ?2", -1, &update, nullptr);
+            if (sqlite3_prepare_v2(
+                    db, "UPDATE \"Punti\" SET \"Corsie\" = ?1 WHERE fid = ?2", -1, &update, nullptr)
+                != SQLITE_OK)
+                stop(sqlite3_errmsg(db));
             for (int row = 0; row < edits; ++row) {
                 sqlite3_bind_int(update, 1, 11 + i);
                 sqlite3_bind_int64(update, 2, row * 10 + 1);
-                sqlite3_step(update);
+                if (sqlite3_step(update) != SQLITE_DONE)
+                    stop(sqlite3_errmsg(db));
                 sqlite3_reset(update);
             }
             sqlite3_finalize(update);

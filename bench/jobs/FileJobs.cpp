@@ -44,8 +44,8 @@ void exportJob(Jobs& jobs, const std::string& library)
     const int repetitions = jobs.settings().quick ? 1 : 3;
     const double oursMs = exportMs(jobs, library, repetitions);
     const double ogrMs = medianCommandMs(repetitions,
-        fmt::format(
-            "ogr2ogr -q -f 'ESRI Shapefile' -lco ENCODING=UTF-8 '{}/out-ogr' '{}' Punti 2> /dev/null",
+        fmt::format("ogr2ogr -q -f 'ESRI Shapefile' -lco ENCODING=UTF-8 '{}/out-ogr' '{}' Punti 2> "
+                    "/dev/null",
             jobs.settings().folder, library),
         fmt::format("rm -rf '{}/out-ogr'", jobs.settings().folder));
     jobs.add({ "export of points as a shapefile", oursMs, "ogr2ogr", ogrMs, 1.0 });

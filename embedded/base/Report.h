@@ -42,7 +42,8 @@ enum class FindingCode {
     // export
     FieldNameCut, // subject: field; detail: name in the file
     TextCut, // subject: field; count
-    NumberCut, // subject: field; count: numbers that do not fit the column
+    NumberCut, // subject: field; count: numbers that do not fit the column, left out
+    NumberRounded, // subject: field; count: numbers written with fewer digits than they have
     DateCut, // subject: field; count: dates outside the years 1 to 9999
     FormatChanged, // subject: field; detail: e.g. "list as text"
     ReferenceSystemMissing,

@@ -103,6 +103,13 @@ public:
 
     void tell(Report& report) const
     {
+        if (m_rounded > 0) {
+            Finding rounded;
+            rounded.subject = m_field->name.Bytes();
+            rounded.count = m_rounded;
+            rounded.code = FindingCode::NumberRounded;
+            report.add(std::move(rounded));
+        }
         if (m_inexact == 0)
             return;
         Finding finding;
@@ -131,8 +138,10 @@ private:
     void putDecimal(double value, char* cell)
     {
         bool isExact = true;
-        putRight(dbfNumberText(value, m_layout.decimals, m_layout.widthBytes, isExact), cell);
-        m_inexact += isExact ? 0 : 1;
+        const auto text = dbfNumberText(value, m_layout.decimals, m_layout.widthBytes, isExact);
+        putRight(text, cell);
+        if (!isExact)
+            ++(text.empty() ? m_inexact : m_rounded);
     }
 
     void putDate(std::int32_t dayNumber, char* cell)
@@ -161,6 +170,7 @@ private:
     const Column* m_column;
     const gis::CField* m_field;
     std::int64_t m_inexact = 0;
+    std::int64_t m_rounded = 0;
 };
 
 } // namespace

@@ -254,8 +254,10 @@ Result<void> exportShapefile(gis::CTheme& theme, const std::string& folder,
     try {
         return Exporter(theme, folder, options, errorFlags, report).write();
     } catch (const std::bad_alloc&) {
+        errorFlags = ExportShpNotWritten | ExportDbfNotWritten;
         return Error { ErrorCode::Internal, theme.name.Bytes(), "out of memory" };
     } catch (const std::system_error& failure) {
+        errorFlags = ExportShpNotWritten | ExportDbfNotWritten;
         return Error { ErrorCode::Internal, theme.name.Bytes(), failure.what() };
     }
 }

@@ -53,6 +53,64 @@ protected:
     }
 };
 
+TEST_F(ExchangeCommandTest, ChoicesAreNamesAndPathsAreNotEmpty)
+{
+    const std::string file = lamps();
+    const std::string library = m_folder.path("lamps.gpkg");
+    const std::vector<std::vector<std::string>> wrong = {
+        { "import", file, "--into", library, "--on-conflict", "2" },
+        { "import", file, "--into", library, "--on-conflict", "7" },
+        { "import", file, "--into", "" },
+        { "export", library, "--to", m_out, "--coords", "1" },
+        { "export", library, "--to", "" },
+        { "query", library, "N = 1", "--format", "1" },
+        { "values", library, "N", "--format", "3" },
+        { "info", "" },
+    };
+    for (const auto& words : wrong) {
+        const auto outcome = run(words);
+        EXPECT_EQ(outcome.exitCode, 2) << words[0] << " " << words.back();
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    }
+    EXPECT_EQ(counts(library), "Lampioni/Lampioni:4 ");
+}
+
+TEST_F(ExchangeCommandTest, AReportThatCannotBeWrittenLeavesTheAnswerThere)
+{
+    const auto outcome
+        = run({ "export", m_town, "--to", m_out, "--report", "/no/such/folder/r.json" });
+
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.out.find(".shp\n"), std::string::npos);
+    EXPECT_NE(outcome.err.find("/no/such/folder/r.json"), std::string::npos);
+    EXPECT_FALSE(written().empty());
+}
+
+TEST_F(ExchangeCommandTest, WhatAMergeEmptiesIsToldAndStrictlyRefused)
+{
+    const auto texts = m_folder.library("testi.gpkg",
+        "table Pali (N text); rows Pali: ('1'), ('due'), ('tre'); theme Pali: points 2d on Pali;"
+        "ents Pali: 0 [0 0], 1 [1 1], 2 [2 2]");
+    EXPECT_EQ(run({ "export", texts, "--to", m_out }).exitCode, 0);
+    const auto target = m_folder.library("pali.gpkg",
+        "table Pali (N integer); rows Pali: (7); theme Pali: points 2d on Pali; ents Pali: 0 [0 "
+        "0]");
+
+    const auto strict = run(
+        { "import", m_out + "/Pali.shp", "--into", target, "--on-conflict", "merge", "--strict" });
+    EXPECT_EQ(strict.exitCode, 1);
+    EXPECT_EQ(counts(target), "Pali/Pali:1 ");
+
+    const auto merged
+        = run({ "import", m_out + "/Pali.shp", "--into", target, "--on-conflict", "merge" });
+    EXPECT_EQ(merged.exitCode, 0);
+    EXPECT_NE(merged.err.find("field N: 2 values could not be converted and were emptied"),
+        std::string::npos)
+        << merged.err;
+    EXPECT_EQ(counts(target), "Pali/Pali:4 ");
+}
+
 TEST_F(ExchangeCommandTest, ThemesBecomeShapefilesWhosePathsArePrinted)
 {
     const auto outcome = run({ "export", m_town, "--to", m_out });

@@ -198,6 +198,17 @@ TEST_F(QueryCommandTest, AShortenedFilterAnswersAndSaysWhere)
         "tematica: only the condition before position 12 was used\n");
 }
 
+TEST_F(QueryCommandTest, AShortenedFilterThatIsNotWhatStandsThereIsShown)
+{
+    const auto outcome = run({ "query", m_lamps, "NOT (N = 1) OR", "--count" });
+
+    EXPECT_EQ(outcome.out, "1\n") << "the last whole condition, without the NOT";
+    EXPECT_EQ(outcome.err,
+        "Syntax error: parse error\n"
+        "tematica: only the condition before position 15 was used\n"
+        "tematica: that is: N = 1\n");
+}
+
 TEST_F(QueryCommandTest, NamesThatAreNotThereAreToldOnceAndSelectNothing)
 {
     const auto outcome = run(

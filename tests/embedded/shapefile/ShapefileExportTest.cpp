@@ -202,8 +202,9 @@ TEST_F(ShapefileExportTest, DecimalsKeepTheirDigitsAndTellWhatTheyLose)
     EXPECT_THAT(written[1], testing::EndsWith("-12.25"));
     EXPECT_THAT(written[2], testing::EndsWith(" 0.12"));
     EXPECT_THAT(written[3], testing::EndsWith("1e+30"));
-    ASSERT_NE(finding(FindingCode::NumberCut, "a"), nullptr);
-    EXPECT_EQ(finding(FindingCode::NumberCut, "a")->count, 1);
+    ASSERT_NE(finding(FindingCode::NumberRounded, "a"), nullptr);
+    EXPECT_EQ(finding(FindingCode::NumberRounded, "a")->count, 1);
+    EXPECT_EQ(finding(FindingCode::NumberCut, "a"), nullptr) << "nothing was left out";
 }
 
 TEST_F(ShapefileExportTest, NumbersFitTheirCells)
