@@ -35,10 +35,6 @@ QAction* addLater(QMenu* menu, const QString& text)
     return action;
 }
 
-/// The dialogs of the table list, the structure and one entity's attributes answer as if cancelled
-/// in this build; their entries wait for them.
-constexpr bool AreTableDialogsBuilt = false;
-
 /// A name in a menu: an ampersand in it is no access key.
 QString plainInMenu(QString text)
 {
@@ -156,7 +152,6 @@ void MainWindow::makeGisMenu()
 {
     QMenu* menu = menuBar()->addMenu(QStringLiteral("&GIS"));
     QAction* tables = menu->addAction(QStringLiteral("&Tabelle..."));
-    tables->setEnabled(AreTableDialogsBuilt);
     connect(tables, &QAction::triggered, this, [this] {
         runDialog(QStringLiteral("Gestione tabelle"),
             [this] { FDlgTableListGIS(&m_document.library()); });
@@ -219,7 +214,7 @@ gis::CEnt* MainWindow::chosenEntity() const
 
 void MainWindow::showEntityForm(gis::CEnt* entity)
 {
-    if (!entity || !AreTableDialogsBuilt)
+    if (!entity)
         return;
     gis::CLibGis& library = m_document.library();
     runDialog(QStringLiteral("Attributi dell'entità"), [&] {
@@ -274,9 +269,9 @@ void MainWindow::refreshActions()
     m_redo->setText(QStringLiteral("&Ripeti ")
         + plainInMenu(kit::toQt(changes.CanRedo() ? changes.RedoName() : orv::String())));
     m_save->setEnabled(!m_document.isSaved() || m_document.path().isEmpty());
-    m_structure->setEnabled(AreTableDialogsBuilt && chosenTable() != nullptr);
+    m_structure->setEnabled(chosenTable() != nullptr);
     m_table->setEnabled(chosenTable() != nullptr);
-    m_form->setEnabled(AreTableDialogsBuilt && chosenEntity() != nullptr);
+    m_form->setEnabled(chosenEntity() != nullptr);
     m_query->setEnabled(m_document.library().GetNumThemes() > 0);
 }
 

@@ -122,7 +122,8 @@ void describeImport(CLI::App& app, ImportArguments& arguments)
 {
     app.add_option("FILE", arguments.file, "shapefile (.shp)")->required()->check(namedPath());
     app.add_option("--into", arguments.into, "library (.gpkg); made when it is not there")
-        ->required();
+        ->required()
+        ->check(namedPath());
     app.add_option(
         "--encoding", arguments.encoding, "encoding of the texts, whatever the files say");
     app.add_option("--point-name", arguments.pointName, "make points, named by this field");

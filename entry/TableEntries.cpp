@@ -4,7 +4,9 @@
 
 #include "entry/DialogFrame.h"
 #include "kit/ModalRun.h"
+#include "tables/form/DlgCompileTable.h"
 #include "tables/grid/DlgShowTable.h"
+#include "tables/list/DlgTableList.h"
 #include "tables/structure/DlgTableEdit.h"
 
 // The dialogs of tables. One that is not built yet gives its cancelled answer.
@@ -12,7 +14,11 @@
 bool FDlgTableListGIS(gis::CLibGis* library)
 {
     const entry::Frame frame { "FDlgTableListGIS", false };
-    return entry::runDialog(frame, { library }, [] { return false; });
+    return entry::runDialog(frame, { library }, [=] {
+        CDlgTableList dialog;
+        dialog.SetLibGis(library);
+        return kit::runModal(dialog);
+    });
 }
 
 bool FDlgTableEditGIS(gis::CLibGis* library, gis::CDBTable* table)
@@ -27,7 +33,10 @@ bool FDlgTableEditGIS(gis::CLibGis* library, gis::CDBTable* table)
 bool FDlgCompileTableGIS(gis::CLibGis* library, gis::CTheme* theme, orv::CResultRow* row)
 {
     const entry::Frame frame { "FDlgCompileTableGIS", false };
-    return entry::runDialog(frame, { library, theme, row }, [] { return false; });
+    return entry::runDialog(frame, { library, theme, row }, [=] {
+        CDlgCompileTable dialog(library, theme, row);
+        return kit::runModal(dialog);
+    });
 }
 
 bool FDlgShowTableGIS(gis::CLibGis* library, gis::CDBTable* table)

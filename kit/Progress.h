@@ -16,7 +16,7 @@ class QWidget;
 namespace kit {
 
 /// How long work may take before it shows its progress.
-inline constexpr int ProgressAfterMs = 200;
+inline constexpr int ProgressAfterMs = 150;
 
 /// Progress of work that runs in slices on the user-interface thread: nothing to be seen while it
 /// is quick, after that a small dialog with "Annulla". Other windows take no input meanwhile.

@@ -14,6 +14,7 @@
 #include "ui_CDlgQuery.h"
 
 #include <QKeyEvent>
+#include <QTimer>
 
 namespace {
 
@@ -177,6 +178,10 @@ void CDlgQuery::onRun()
     if (refusal)
         return;
     m_sheet->SelectPage(CDlgQuerySheet::ResultPage);
-    m_history.remember(m_query.themeName(), filter);
-    m_sheet->FilterPage().SetHistory(m_history.filtersOf(m_query.themeName()));
+    // Once the result is painted: settings are written safely, which takes the disk a while.
+    QTimer::singleShot(0, this, [this, theme = m_query.themeName(), filter] {
+        m_history.remember(theme, filter);
+        if (theme == m_query.themeName())
+            m_sheet->FilterPage().SetHistory(m_history.filtersOf(theme));
+    });
 }

@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "tables/grid/GridDelegate.h"
 
-#include "tables/grid/DateCellEdit.h"
-
 #include "kit/ChoiceEdit.h"
 #include "kit/Colours.h"
+#include "kit/DateEdit.h"
 #include "kit/texts/QtText.h"
 
 #include <QComboBox>
@@ -58,7 +57,7 @@ QWidget* CGridDelegate::createEditor(
     if (field.format == gis::FieldFormat::Boolean || field.format == gis::FieldFormat::List) {
         m_editor = createChoice(parent, field);
     } else {
-        auto* edit = field.format == gis::FieldFormat::Date ? new CDateCellEdit(parent)
+        auto* edit = field.format == gis::FieldFormat::Date ? new kit::CDateEdit(parent)
                                                             : new QLineEdit(parent);
         edit->setMaxLength(std::numeric_limits<int>::max()); // a long text must come back whole
         edit->setFrame(false);

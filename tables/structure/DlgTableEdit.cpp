@@ -32,6 +32,8 @@ namespace {
 
 constexpr int ColumnWidthPixels = 100;
 constexpr int RowHeaderWidthPixels = 20;
+constexpr int RowPaddingPixels = 8;
+constexpr int LeastRows = 7;
 
 bool isText(gis::FieldType type)
 {
@@ -80,6 +82,8 @@ void CDlgTableEdit::makeGrid()
     m_grid->setTabKeyNavigation(false);
     m_grid->verticalHeader()->setFixedWidth(RowHeaderWidthPixels);
     m_grid->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_grid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + RowPaddingPixels);
+    m_grid->setMinimumHeight(LeastRows * m_grid->verticalHeader()->defaultSectionSize());
     for (int column = 0; column < FieldColumnCount; ++column)
         m_grid->setColumnWidth(column, ColumnWidthPixels);
     kit::placeOver(m_ui->id2002, m_grid);

@@ -228,4 +228,46 @@ TEST_F(MainWindowTest, EntriesOfDialogsThatComeLaterAreThereAndDisabled)
     EXPECT_TRUE(action(QStringLiteral("Importa shapefile...")).isEnabled());
 }
 
+TEST_F(MainWindowTest, TheFormOfAnEntityOpensByADoubleClickAndIsOneStep)
+{
+    ui::CModalDriver driver;
+    driver.dialog("CDlgCompileTable", [](QDialog& form) {
+        form.findChild<QLineEdit*>(QStringLiteral("field1"))->setText(QStringLiteral("nuovo"));
+        ui::press(form, 1);
+    });
+    window.canvas().setTool(app::MapTool::Identify);
+    window.canvas().setView({ 50, 50, 0.5, window.canvas().size() });
+    QTest::mouseDClick(
+        &window.canvas(), Qt::LeftButton, {}, window.canvas().view().toPixels(90, 90).toPoint());
+
+    EXPECT_EQ(window.document().changes().UndoName(), orv::String("Attributi dell'entità"));
+    window.document().undo();
+    EXPECT_TRUE(window.document().isSaved());
+}
+
+TEST_F(MainWindowTest, WhatAStructureCostsIsToldAndStandsInTheUndoList)
+{
+    ui::CModalDriver driver;
+    driver.dialog("CDlgTableEdit", [](QDialog& structure) {
+        auto* grid = structure.findChild<QAbstractItemView*>(QStringLiteral("id1000"));
+        grid->model()->setData(
+            grid->model()->index(1, 2), QStringLiteral("Numerico"), Qt::EditRole);
+        ui::press(structure, 1);
+    });
+    action(QStringLiteral("Struttura tabella...")).trigger();
+
+    EXPECT_EQ(window.document().changes().UndoName(),
+        orv::String("Struttura di T: 3 valori non convertibili in tipo"));
+    window.document().undo();
+    EXPECT_TRUE(window.document().isSaved());
+}
+
+TEST_F(MainWindowTest, TheTableListIsInTheMenu)
+{
+    ui::CModalDriver driver;
+    driver.dialog("CDlgTableList", [](QDialog& list) { list.reject(); });
+    action(QStringLiteral("Tabelle...")).trigger();
+    EXPECT_FALSE(window.document().changes().CanUndo());
+}
+
 } // namespace

@@ -4,15 +4,15 @@
 
 #include <QLineEdit>
 
-namespace tables {
+namespace kit {
 
-/// The editor of a date cell: dd/mm/yyyy typed, chosen from a calendar (F4 or the button), or
+/// The editor of a date: dd/mm/yyyy typed, chosen from a calendar (F4 or the button), or
 /// cleared for no date.
-class CDateCellEdit final : public QLineEdit {
+class CDateEdit final : public QLineEdit {
     Q_OBJECT
 
 public:
-    explicit CDateCellEdit(QWidget* parent = nullptr);
+    explicit CDateEdit(QWidget* parent = nullptr);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -21,4 +21,4 @@ private:
     void chooseFromCalendar();
 };
 
-} // namespace tables
+} // namespace kit

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
-#include "tables/grid/DateCellEdit.h"
+#include "kit/DateEdit.h"
 
 #include "kit/Icons.h"
 
@@ -12,7 +12,7 @@
 #include <QMenu>
 #include <QWidgetAction>
 
-namespace tables {
+namespace kit {
 
 namespace {
 
@@ -29,17 +29,17 @@ QDate dateOf(const QString& text)
 
 } // namespace
 
-CDateCellEdit::CDateCellEdit(QWidget* parent)
+CDateEdit::CDateEdit(QWidget* parent)
     : QLineEdit(parent)
 {
     setClearButtonEnabled(true);
     setPlaceholderText(QStringLiteral("gg/mm/aaaa"));
-    QAction* choose = addAction(kit::icon("calendar"), TrailingPosition);
+    QAction* choose = addAction(icon("calendar"), TrailingPosition);
     choose->setToolTip(QStringLiteral("Calendario (F4)"));
-    connect(choose, &QAction::triggered, this, &CDateCellEdit::chooseFromCalendar);
+    connect(choose, &QAction::triggered, this, &CDateEdit::chooseFromCalendar);
 }
 
-void CDateCellEdit::keyPressEvent(QKeyEvent* event)
+void CDateEdit::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_F4)
         chooseFromCalendar();
@@ -47,9 +47,9 @@ void CDateCellEdit::keyPressEvent(QKeyEvent* event)
         QLineEdit::keyPressEvent(event);
 }
 
-void CDateCellEdit::chooseFromCalendar()
+void CDateEdit::chooseFromCalendar()
 {
-    // A menu, not a window: as a child pop-up it leaves the cell's editor open.
+    // A menu, not a window: as a child pop-up it leaves a cell's editor open.
     QMenu menu(this);
     auto* calendar = new QCalendarWidget(&menu);
     calendar->setLocale(QLocale(QLocale::Italian, QLocale::Italy));
@@ -71,4 +71,4 @@ void CDateCellEdit::chooseFromCalendar()
     menu.exec(mapToGlobal(QPoint(0, height())));
 }
 
-} // namespace tables
+} // namespace kit

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tables/form/DlgCompileTable.h"
+
+#include "kit/Form.h"
+#include "kit/texts/QtText.h"
+
+#include "host/base/IniFile.h"
+#include "host/controls/GisTableCtrl.h"
+
+#include "ui_CDlgCompileTable.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace {
+
+constexpr const char* Section = "DatiDlgGIS";
+constexpr const char* WidthKey = "DlgCompileTableWidth";
+constexpr const char* HeightKey = "DlgCompileTableHeight";
+constexpr int UsualWidthPixels = 519;
+constexpr int UsualHeightPixels = 488;
+constexpr QSize LeastSizePixels(220, 100);
+constexpr int ControlId = 1000;
+
+} // namespace
+
+CDlgCompileTable::CDlgCompileTable(
+    gis::CLibGis* library, gis::CTheme* theme, orv::CResultRow* row, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::CDlgCompileTable>())
+{
+    m_ui->setupUi(this);
+    kit::prepareDialog(*this, "CDlgCompileTable", { 250, 195 });
+    layout()->setSizeConstraint(
+        QLayout::SetNoConstraint); // the least size is the dialog's own rule
+    gis::CDBTable* table = library->GetTable(theme);
+    layout()->activate();
+    m_control = GisTableCtrl_Create(
+        library, table, row, m_ui->id2031->geometry().adjusted(0, 0, 0, -1), this, ControlId, true);
+    m_ui->id2086->setText(kit::toQt(library->GetThemeName(theme)));
+    m_ui->id2087->setText(kit::toQt(library->GetTableName(table)));
+    if (m_control) {
+        kit::placeOver(m_ui->id2031, m_control);
+        m_control->setFocus();
+    }
+    connect(m_ui->id1, &QPushButton::clicked, this, &CDlgCompileTable::accept);
+    connect(m_ui->id2, &QPushButton::clicked, this, &QDialog::reject);
+    takeSavedSize();
+}
+
+// At whatever way the window ends.
+CDlgCompileTable::~CDlgCompileTable()
+{
+    saveSize();
+    if (m_control)
+        GisTableCtrl_Destroy(m_control);
+}
+
+void CDlgCompileTable::takeSavedSize()
+{
+    const CIniFile settings;
+    setMinimumSize(LeastSizePixels);
+    resize(static_cast<int>(settings.GetLong(Section, WidthKey, UsualWidthPixels)),
+        static_cast<int>(settings.GetLong(Section, HeightKey, UsualHeightPixels)));
+}
+
+void CDlgCompileTable::saveSize() const
+{
+    CIniFile settings;
+    settings.WriteLong(Section, WidthKey, width());
+    settings.WriteLong(Section, HeightKey, height());
+}
+
+void CDlgCompileTable::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (m_isPlaced)
+        return;
+    m_isPlaced = true;
+    const QWidget* above = parentWidget() ? parentWidget()->window() : nullptr;
+    const QRect place = above ? above->geometry() : screen()->availableGeometry();
+    if (above)
+        move(place.center() - rect().center());
+}
+
+void CDlgCompileTable::accept()
+{
+    if (!m_control || GisTableCtrl_Commit(m_control, true))
+        QDialog::accept();
+}

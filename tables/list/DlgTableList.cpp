@@ -1,0 +1,240 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tables/list/DlgTableList.h"
+
+#include "tables/list/DlgInputNameTable.h"
+#include "tables/list/NameDelegate.h"
+#include "tables/list/TableNameRules.h"
+
+#include "kit/Form.h"
+#include "kit/Icons.h"
+#include "kit/ItemLists.h"
+#include "kit/MessageBox.h"
+#include "kit/ModalRun.h"
+#include "kit/texts/QtText.h"
+#include "kit/texts/TextLoader.h"
+#include "tematica/Dialogs.h"
+
+#include "ui_CDlgTableList.h"
+
+#include <QKeyEvent>
+#include <QStandardItemModel>
+
+#include <algorithm>
+
+CDlgTableList::CDlgTableList(QWidget* parent)
+    : CToolBarDialog(parent)
+    , m_ui(std::make_unique<Ui::CDlgTableList>())
+    , m_rows(new QStandardItemModel(0, 1, this))
+{
+    m_ui->setupUi(this);
+    m_rows->setHorizontalHeaderLabels({ kit::text(texts::ColumnName) });
+    QListView& list = *m_ui->id2000;
+    list.setModel(m_rows);
+    list.setIconSize(QSize(16, 16));
+    list.setSelectionMode(QAbstractItemView::SingleSelection);
+    list.setEditTriggers(QAbstractItemView::SelectedClicked);
+    list.setUniformItemSizes(true); // thousands of tables are laid out at once
+    list.setTextElideMode(Qt::ElideRight);
+    list.installEventFilter(this);
+    auto* delegate = new tables::CNameDelegate(this);
+    list.setItemDelegate(delegate);
+    kit::prepareDialog(*this, "CDlgTableList", { 274, 180 }, 0);
+    makeToolBar({ { New, "new" }, { Delete, "delete" }, { Rename, "rename" },
+        { Properties, "properties" }, { Show, "show" } });
+    // Queued: the list is filled anew, and the editor must be done with first.
+    connect(delegate, &tables::CNameDelegate::edited, this, &CDlgTableList::onEdited,
+        Qt::QueuedConnection);
+    connect(&list, &QListView::doubleClicked, this, &CDlgTableList::onProperties);
+    connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this,
+        &CDlgTableList::updateCommands);
+    list.setFocus();
+}
+
+CDlgTableList::~CDlgTableList() = default;
+
+void CDlgTableList::SetLibGis(gis::CLibGis* library)
+{
+    m_library = library;
+    fill();
+}
+
+bool CDlgTableList::GetToolTipText(int position, int, orv::String& text)
+{
+    text = kit::fromQt(kit::text(texts::ToolTipNew + position));
+    return true;
+}
+
+// Ascending without regard to the case of ASCII letters, equal names as the library has them.
+void CDlgTableList::fill()
+{
+    m_rows->removeRows(0, m_rows->rowCount());
+    if (!m_library)
+        return;
+    struct Row {
+        orv::String name;
+        gis::CDBTable* table;
+    };
+    std::vector<Row> rows;
+    for (int i = 0; i < m_library->GetNumTables(); ++i) {
+        gis::CDBTable* table = m_library->GetTable(i);
+        rows.push_back({ m_library->GetTableName(table), table });
+    }
+    std::stable_sort(rows.begin(), rows.end(), [](const Row& left, const Row& right) {
+        return left.name.CompareIgnoreCase(right.name) < 0;
+    });
+    const QIcon icon = kit::icon(14004);
+    QList<QStandardItem*> items;
+    for (const Row& row : rows) {
+        auto* item = new QStandardItem(icon, kit::toQt(row.name));
+        item->setData(QVariant::fromValue(static_cast<void*>(row.table)), Qt::UserRole);
+        items.append(item);
+    }
+    m_rows->invisibleRootItem()->appendRows(items);
+    updateCommands();
+}
+
+int CDlgTableList::selectedRow() const
+{
+    const QModelIndexList selected = m_ui->id2000->selectionModel()->selectedIndexes();
+    return selected.isEmpty() ? -1 : selected.first().row();
+}
+
+gis::CDBTable* CDlgTableList::tableOf(int row) const
+{
+    return static_cast<gis::CDBTable*>(kit::handleOf(m_rows->index(row, 0)));
+}
+
+orv::String CDlgTableList::nameOf(int row) const
+{
+    return kit::fromQt(m_rows->index(row, 0).data().toString());
+}
+
+bool CDlgTableList::isCommandEnabled(int command) const
+{
+    return command == New || selectedRow() >= 0;
+}
+
+void CDlgTableList::runCommand(int command)
+{
+    switch (command) {
+    case New:
+        onNew();
+        break;
+    case Delete:
+        onDelete();
+        break;
+    case Rename:
+        onRename();
+        break;
+    case Properties:
+        onProperties();
+        break;
+    default:
+        onShow();
+        break;
+    }
+}
+
+void CDlgTableList::onNew()
+{
+    CDlgInputNameTable dialog;
+    dialog.Init(m_library, orv::String());
+    if (!kit::runModal(dialog))
+        return;
+    orv::String name;
+    dialog.GetName(name);
+    m_library->CreateTable(name);
+    fill();
+    m_library->SetModifiedFlag(true);
+}
+
+// Asked first, refused second: a user who says no need not learn why it would not go.
+void CDlgTableList::onDelete()
+{
+    const int row = selectedRow();
+    if (row < 0)
+        return;
+    const kit::Message question { texts::DeleteTable, std::nullopt, kit::BoxButtons::YesNo,
+        texts::Attention, kit::BoxIcon::Information };
+    if (FMessageBox(this, question) != kit::Answer::Yes)
+        return;
+    gis::CDBTable* table = tableOf(row);
+    if (m_library->IsTableUsedByThemes(table)) {
+        FMessageBox(this, kit::Message { texts::TableInUse });
+        return;
+    }
+    m_library->DeleteTable(table);
+    fill();
+    m_library->SetModifiedFlag(true);
+}
+
+void CDlgTableList::onRename()
+{
+    const int row = selectedRow();
+    if (row < 0)
+        return;
+    CDlgInputNameTable dialog;
+    dialog.Init(m_library, nameOf(row));
+    if (!kit::runModal(dialog))
+        return;
+    orv::String name;
+    dialog.GetName(name);
+    rename(row, name);
+}
+
+void CDlgTableList::rename(int row, const orv::String& name)
+{
+    m_library->SetTableName(tableOf(row), name);
+    fill();
+    m_library->SetModifiedFlag(true);
+}
+
+void CDlgTableList::onEdited(const QModelIndex& index, const QString& text)
+{
+    const orv::String name = kit::fromQt(text);
+    if (const auto refusal = tables::refusalOfTableName(*m_library, nameOf(index.row()), name)) {
+        FMessageBox(this, *refusal);
+        return;
+    }
+    rename(index.row(), name);
+}
+
+void CDlgTableList::onProperties()
+{
+    if (const int row = selectedRow(); row >= 0)
+        FDlgTableEditGIS(m_library, tableOf(row));
+}
+
+void CDlgTableList::onShow()
+{
+    if (const int row = selectedRow(); row >= 0)
+        FDlgShowTableGIS(m_library, tableOf(row));
+}
+
+bool CDlgTableList::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_ui->id2000 && event->type() == QEvent::KeyPress && selectedRow() >= 0) {
+        switch (static_cast<QKeyEvent*>(event)->key()) {
+        case Qt::Key_F2:
+            m_ui->id2000->edit(m_rows->index(selectedRow(), 0));
+            return true;
+        case Qt::Key_Delete:
+            onDelete();
+            return true;
+        default:
+            break;
+        }
+    }
+    return CToolBarDialog::eventFilter(watched, event);
+}
+
+// Enter is for the structure of the selected table and never closes the window. A name's editor
+// takes its own.
+void CDlgTableList::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        onProperties();
+    else
+        CToolBarDialog::keyPressEvent(event);
+}

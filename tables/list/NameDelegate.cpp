@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tables/list/NameDelegate.h"
+
+#include <QLineEdit>
+
+#include <limits>
+
+namespace tables {
+
+QWidget* CNameDelegate::createEditor(
+    QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const
+{
+    auto* edit = new QLineEdit(parent);
+    edit->setMaxLength(std::numeric_limits<int>::max()); // a long name must come back whole
+    edit->setAccessibleName(QStringLiteral("Nome"));
+    return edit;
+}
+
+void CNameDelegate::setModelData(
+    QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const
+{
+    if (const auto* edit = qobject_cast<QLineEdit*>(editor))
+        Q_EMIT edited(index, edit->text());
+}
+
+} // namespace tables

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace tables {
+
+/// Editing of a name in a list: tells what was entered and leaves the list as it is, which is
+/// filled anew when the name is taken.
+class CNameDelegate final : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+        const QModelIndex& index) const override;
+    void setModelData(
+        QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+
+Q_SIGNALS:
+    void edited(const QModelIndex& index, const QString& text) const;
+};
+
+} // namespace tables

@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "tables/form/DlgCompileTable.h"
+
+#include "kit/ModalRun.h"
+#include "tests/support/RecordingLibrary.h"
+#include "tests/support/ui/ModalDriver.h"
+
+#include "host/base/IniFile.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QTest>
+
+using support::CRecordingLibrary;
+
+namespace {
+
+class DlgCompileTableTest : public testing::Test {
+protected:
+    DlgCompileTableTest()
+    {
+        qputenv("TEMATICA_INI", folder.filePath(QStringLiteral("settings.ini")).toUtf8());
+    }
+    std::unique_ptr<CDlgCompileTable> make()
+    {
+        gis::CTheme* theme = library.GetTheme(0);
+        auto dialog = std::make_unique<CDlgCompileTable>(
+            &library, theme, library.GetRow(library.GetEnt(theme, 0)));
+        dialog->show();
+        QApplication::processEvents();
+        return dialog;
+    }
+    static QLineEdit& field(QDialog& dialog, int index)
+    {
+        return *dialog.findChild<QLineEdit*>(QStringLiteral("field%1").arg(index));
+    }
+
+    QTemporaryDir folder;
+    CRecordingLibrary library {
+        "table Strade (nome text required, larghezza decimal 2); rows Strade: ('Via Roma', 3.5);"
+        "theme \"Vie <b>%1\": points 2d on Strade; ents \"Vie <b>%1\": 0 [0 0]"
+    };
+};
+
+TEST_F(DlgCompileTableTest, NamesThemeAndTableAndHoldsTheRowsControl)
+{
+    const auto dialog = make();
+    EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Attributi gis"));
+    EXPECT_EQ(ui::at<QLineEdit>(*dialog, 2086).text(), QStringLiteral("Vie <b>%1"));
+    EXPECT_EQ(ui::at<QLineEdit>(*dialog, 2087).text(), QStringLiteral("Strade"));
+    EXPECT_FALSE(ui::at<QLineEdit>(*dialog, 2086).isEnabled());
+    EXPECT_FALSE(ui::at<QLineEdit>(*dialog, 2087).isEnabled());
+    EXPECT_TRUE(ui::at<QWidget>(*dialog, 1000).isVisible());
+    EXPECT_FALSE(ui::at<QWidget>(*dialog, 2031).isVisible());
+}
+
+TEST_F(DlgCompileTableTest, OpensInItsUsualSizeAndKeepsTheUsers)
+{
+    {
+        const auto dialog = make();
+        EXPECT_EQ(dialog->size(), QSize(519, 488));
+        dialog->resize(600, 300);
+        ui::press(*dialog, 2);
+    }
+    EXPECT_EQ(make()->size(), QSize(600, 300)) << "also after Annulla";
+}
+
+TEST_F(DlgCompileTableTest, IsNeverSmallerThanItsLeastSize)
+{
+    {
+        const auto dialog = make();
+        dialog->resize(150, 80);
+        EXPECT_EQ(dialog->size(), QSize(220, 100));
+    }
+    EXPECT_EQ(make()->size(), QSize(220, 100));
+    CIniFile settings;
+    settings.WriteString("DatiDlgGIS", "DlgCompileTableWidth", "larga");
+    settings.WriteString("DatiDlgGIS", "DlgCompileTableHeight", "10");
+    EXPECT_EQ(make()->size(), QSize(519, 100)) << "what cannot be read counts as not there";
+}
+
+TEST_F(DlgCompileTableTest, OkWritesAndCloses)
+{
+    const auto dialog = make();
+    library.clearCalls();
+    field(*dialog, 1).setText(QStringLiteral("4.25"));
+    ui::press(*dialog, 1);
+    EXPECT_EQ(dialog->result(), QDialog::Accepted);
+    EXPECT_EQ(library.callsOf("SetRowValue"),
+        std::vector<std::string> { "SetRowValue(Strade[0], 1, 4.25)" });
+}
+
+TEST_F(DlgCompileTableTest, ARefusedEntryKeepsItOpenAndAnnullaWritesNothing)
+{
+    const auto dialog = make();
+    library.clearCalls();
+    field(*dialog, 0).clear();
+    {
+        ui::CModalDriver driver;
+        driver.box(QStringLiteral("Il campo \"nome\" è obbligatorio!"), kit::Answer::Ok);
+        ui::press(*dialog, 1);
+    }
+    EXPECT_TRUE(dialog->isVisible());
+    ui::press(*dialog, 2);
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_TRUE(library.changes().empty());
+}
+
+TEST_F(DlgCompileTableTest, TheControlTakesTheRoomAndTheButtonsStayTogetherInTheMiddle)
+{
+    const auto dialog = make();
+    dialog->resize(700, 600);
+    QApplication::processEvents();
+    const QRect ok = ui::at<QWidget>(*dialog, 1).geometry();
+    const QRect cancel = ui::at<QWidget>(*dialog, 2).geometry();
+    EXPECT_NEAR((ok.left() + cancel.right()) / 2, 350, 3);
+    EXPECT_GT(ui::at<QWidget>(*dialog, 1000).width(), 640);
+    const int below = dialog->height() - ok.bottom();
+    dialog->resize(400, 300);
+    QApplication::processEvents();
+    EXPECT_EQ(dialog->height() - ui::at<QWidget>(*dialog, 1).geometry().bottom(), below);
+}
+
+} // namespace

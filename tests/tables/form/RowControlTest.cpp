@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "host/controls/GisTableCtrl.h"
+
+#include "kit/Colours.h"
+#include "kit/texts/QtText.h"
+#include "tests/support/LibraryNotation.h"
+#include "tests/support/ui/ModalDriver.h"
+
+#include "host/base/ChangeManager.h"
+#include "host/gis/LibGis.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QTest>
+
+using orv::CPolyValue;
+
+namespace {
+
+constexpr const char* Town = "table T (nome text required, attiva boolean, corsie integer min 1 "
+                             "max 8, larghezza decimal 2 "
+                             "min 0, tipo list ('A', 'B'), rilievo date, area decimal 1 from area);"
+                             "rows T: ('Via Roma', yes, 2, 3.14159, 'B', 01/02/2015, 12.34)";
+const QString Refused = QStringLiteral("ll valore inseito non rispetta i vincoli inseriti");
+
+class RowControlTest : public testing::Test {
+protected:
+    void open(const char* notation = Town)
+    {
+        library = support::makeLibrary(notation, &changes);
+        row = library->GetRow(library->GetTable(0), 0);
+        control = GisTableCtrl_Create(
+            library.get(), library->GetTable(0), row, QRect(0, 0, 400, 300), &window, 1000, true);
+        ASSERT_NE(control, nullptr);
+        window.resize(400, 300);
+        window.show();
+        window.activateWindow();
+        QApplication::processEvents();
+    }
+    ~RowControlTest() override { GisTableCtrl_Destroy(control); }
+
+    QLineEdit& edit(int field)
+    {
+        return *control->findChild<QLineEdit*>(QStringLiteral("field%1").arg(field));
+    }
+    QComboBox& combo(int field)
+    {
+        return *control->findChild<QComboBox*>(QStringLiteral("field%1").arg(field));
+    }
+    CPolyValue value(int field)
+    {
+        CPolyValue stored;
+        library->GetRowValue(row, field, stored);
+        return stored;
+    }
+    void expectRefused(const QString& message, int field)
+    {
+        ui::CModalDriver driver;
+        driver.box(message, kit::Answer::Ok);
+        EXPECT_FALSE(GisTableCtrl_Commit(control, true));
+        EXPECT_EQ(window.focusWidget(), &edit(field));
+        EXPECT_FALSE(changes.CanUndo()) << "nothing is written";
+    }
+
+    orv::CChangeTransactionManager changes;
+    QWidget window;
+    std::unique_ptr<gis::CLibGis> library;
+    orv::CResultRow* row = nullptr;
+    QWidget* control = nullptr;
+};
+
+TEST_F(RowControlTest, EachFieldHasAnEditorForItsFormat)
+{
+    open();
+    EXPECT_EQ(control->objectName(), QStringLiteral("id1000"));
+    EXPECT_EQ(edit(0).text(), QStringLiteral("Via Roma"));
+    EXPECT_EQ(combo(1).currentText(), QStringLiteral("Sì"));
+    EXPECT_EQ(combo(1).count(), 3);
+    EXPECT_EQ(edit(2).text(), QStringLiteral("2"));
+    EXPECT_EQ(edit(3).text(), QStringLiteral("3.14"));
+    EXPECT_EQ(combo(4).currentText(), QStringLiteral("B"));
+    EXPECT_EQ(combo(4).itemText(0), QString());
+    EXPECT_EQ(edit(5).text(), QStringLiteral("01/02/2015"));
+    EXPECT_EQ(edit(6).text(), QStringLiteral("12.3"));
+    EXPECT_TRUE(edit(6).isReadOnly());
+    EXPECT_EQ(edit(6).palette().color(QPalette::Base), QColor(kit::PredefinedBackground));
+    EXPECT_EQ(control->findChildren<QLabel*>().first()->text(), QStringLiteral("nome *"));
+}
+
+TEST_F(RowControlTest, NothingChangedWritesNothing)
+{
+    open();
+    EXPECT_TRUE(GisTableCtrl_Commit(control, true));
+    EXPECT_FALSE(changes.CanUndo());
+    EXPECT_EQ(value(3), CPolyValue(3.14159)) << "digits that are not shown stay";
+}
+
+TEST_F(RowControlTest, WhatIsChangedIsOneStepDecimalsIncluded)
+{
+    open();
+    edit(0).setText(QStringLiteral("<b>%s</b> & città 😀"));
+    combo(1).setCurrentIndex(2);
+    edit(2).setText(QStringLiteral("8"));
+    edit(3).setText(QStringLiteral("4,5"));
+    combo(4).setCurrentIndex(0);
+    edit(5).setText(QStringLiteral("31/12/1969"));
+    EXPECT_TRUE(GisTableCtrl_Commit(control, true));
+
+    EXPECT_EQ(value(0), CPolyValue("<b>%s</b> & città 😀"));
+    EXPECT_EQ(value(1), CPolyValue(false));
+    EXPECT_EQ(value(2), CPolyValue(8));
+    EXPECT_EQ(value(3), CPolyValue(4.5));
+    EXPECT_TRUE(value(4).IsEmpty());
+    EXPECT_EQ(value(5).GetStringValue(), orv::String("31/12/1969"));
+    EXPECT_TRUE(library->GetModifiedFlag());
+    ASSERT_TRUE(changes.Undo());
+    EXPECT_FALSE(changes.CanUndo());
+    EXPECT_EQ(value(0), CPolyValue("Via Roma"));
+    EXPECT_EQ(value(3), CPolyValue(3.14159));
+}
+
+TEST_F(RowControlTest, WrongEntriesAreToldKeptAndFocused)
+{
+    open();
+    const std::pair<int, const char*> entries[]
+        = { { 2, "abc" }, { 2, "9" }, { 2, "0" }, { 2, "2.5" }, { 2, "99999999999" }, { 2, "%s" },
+              { 3, "-0.01" }, { 3, "1e999" }, { 3, "tre" }, { 5, "31/02/2020" }, { 5, "oggi" } };
+    for (const auto& [field, text] : entries) {
+        SCOPED_TRACE(text);
+        const QString before = edit(field).text();
+        edit(field).setText(QString::fromUtf8(text));
+        expectRefused(Refused, field);
+        EXPECT_EQ(edit(field).text(), QString::fromUtf8(text));
+        edit(field).setText(before);
+    }
+}
+
+TEST_F(RowControlTest, ARequiredValueIsAskedForByName)
+{
+    open();
+    edit(0).clear();
+    expectRefused(QStringLiteral("Il campo \"nome\" è obbligatorio!"), 0);
+    EXPECT_FALSE(GisTableCtrl_Commit(control, false)) << "the same without a box";
+}
+
+TEST_F(RowControlTest, ClearedFieldsHaveNoValueWhateverTheirBounds)
+{
+    open();
+    for (const int field : { 2, 3, 5 })
+        edit(field).clear();
+    EXPECT_TRUE(GisTableCtrl_Commit(control, true));
+    for (const int field : { 2, 3, 5 })
+        EXPECT_TRUE(value(field).IsEmpty());
+}
+
+TEST_F(RowControlTest, ATextThatTheListHasNoMoreStaysUntilAnotherIsChosen)
+{
+    open("table T (tipo list ('A')); rows T: ('Z')");
+    EXPECT_EQ(combo(0).currentText(), QStringLiteral("Z"));
+    EXPECT_TRUE(GisTableCtrl_Commit(control, true));
+    EXPECT_EQ(value(0), CPolyValue("Z"));
+    combo(0).setCurrentIndex(combo(0).findText(QStringLiteral("A")));
+    EXPECT_TRUE(GisTableCtrl_Commit(control, true));
+    EXPECT_EQ(value(0), CPolyValue("A"));
+}
+
+TEST_F(RowControlTest, ALongTableScrollsAndTabFollowsItsFields)
+{
+    std::string fields;
+    for (int i = 0; i < 60; ++i)
+        fields += (i ? ", f" : "f") + std::to_string(i) + " text";
+    open(("table T (" + fields + "); rows T: (" +
+        [] {
+            std::string cells = "-";
+            for (int i = 1; i < 60; ++i)
+                cells += ", -";
+            return cells;
+        }()
+        + ")")
+             .c_str());
+    edit(0).setFocus();
+    for (int i = 1; i < 60; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        ASSERT_EQ(QApplication::focusWidget(), &edit(i));
+    }
+    QApplication::processEvents();
+    EXPECT_FALSE(edit(59).visibleRegion().isEmpty());
+}
+
+TEST(RowControlWithoutARowTest, IsNoControl)
+{
+    gis::CLibGis library;
+    EXPECT_EQ(GisTableCtrl_Create(&library, nullptr, nullptr, QRect(), nullptr, 1, true), nullptr);
+    EXPECT_FALSE(GisTableCtrl_Commit(nullptr, true));
+    GisTableCtrl_Destroy(nullptr);
+}
+
+} // namespace
