@@ -129,6 +129,44 @@ void showQuery(Tour& tour, app::MainWindow& window)
         });
 }
 
+/// The structure of a table, with the page of each of its fields' formats.
+void showStructure(Tour& tour, app::Document& document, gis::CDBTable* table)
+{
+    tour.dialog([&] { FDlgTableEditGIS(&document.library(), table); },
+        [&](QWidget& dialog) {
+            auto* grid = dialog.findChild<QAbstractItemView*>(QStringLiteral("id1000"));
+            if (!grid)
+                return tour.fail(QStringLiteral("CDlgTableEdit"));
+            QStringList shown;
+            for (int row = 0; row + 1 < grid->model()->rowCount(); ++row) {
+                const QString format = grid->model()->index(row, 2).data().toString();
+                if (shown.contains(format))
+                    continue;
+                shown << format;
+                grid->clearSelection();
+                clickRow(*grid, row, false);
+                tour.picture(dialog,
+                    QStringLiteral("CDlgTableEdit-")
+                        + QString(format).replace(QLatin1Char('/'), QLatin1Char('-')));
+            }
+        });
+}
+
+void showTables(Tour& tour, app::Document& document, gis::CTheme* theme)
+{
+    gis::CLibGis& library = document.library();
+    tour.dialog([&] { FDlgTableListGIS(&library); },
+        [&](QWidget& dialog) {
+            if (auto* list = dialog.findChild<QAbstractItemView*>(QStringLiteral("id2000")))
+                clickRow(*list, 0, false);
+            tour.picture(dialog, QStringLiteral("CDlgTableList"));
+        });
+    showStructure(tour, document, library.GetTable(theme));
+    tour.dialog(
+        [&] { FDlgCompileTableGIS(&library, theme, library.GetRow(library.GetEnt(theme, 0))); },
+        [&](QWidget& dialog) { tour.picture(dialog, QStringLiteral("CDlgCompileTable")); });
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -153,6 +191,7 @@ int main(int argc, char** argv)
         theme = document.library().GetTheme(0);
     tour.dialog([&] { FDlgShowTableGIS(&document.library(), document.library().GetTable(theme)); },
         [&](QWidget& dialog) { tour.picture(dialog, QStringLiteral("CDlgShowTable")); });
+    showTables(tour, document, theme);
     showQuery(tour, window);
     tour.map(QStringLiteral("map-found"));
     window.recovery().forget();

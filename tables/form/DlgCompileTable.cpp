@@ -40,6 +40,13 @@ CDlgCompileTable::CDlgCompileTable(
         library, table, row, m_ui->id2031->geometry().adjusted(0, 0, 0, -1), this, ControlId, true);
     m_ui->id2086->setText(kit::toQt(library->GetThemeName(theme)));
     m_ui->id2087->setText(kit::toQt(library->GetTableName(table)));
+    // Names to be read, not to be changed: as dark as all others.
+    for (QLineEdit* name : { m_ui->id2086, m_ui->id2087 }) {
+        QPalette palette = name->palette();
+        palette.setColor(QPalette::Disabled, QPalette::Text,
+            palette.color(QPalette::Active, QPalette::WindowText));
+        name->setPalette(palette);
+    }
     if (m_control) {
         kit::placeOver(m_ui->id2031, m_control);
         m_control->setFocus();
