@@ -65,6 +65,7 @@ void Document::adopt(std::unique_ptr<gis::CLibGis> library,
     embedded::Engine::of(m_engine).setLibrary(m_library.get());
     implementation(*m_library)
         .setExtension(gis::FeedbackExtension, static_cast<gis::IFeedback*>(this));
+    implementation(*m_library).setProgress(&m_progress);
     m_entityCounts = entityCounts();
     Q_EMIT opened();
     Q_EMIT changed();
@@ -142,6 +143,7 @@ embedded::Result<void> Document::openRecovered(
 embedded::Result<void> Document::save()
 {
     const auto saved = embedded::saveLibrary(*m_library);
+    m_progress.finish();
     Q_EMIT changed();
     return saved;
 }
@@ -149,6 +151,7 @@ embedded::Result<void> Document::save()
 embedded::Result<void> Document::saveAs(const QString& path)
 {
     const auto saved = embedded::saveLibraryAs(*m_library, path.toStdString());
+    m_progress.finish();
     if (saved) {
         m_path = path;
         m_isReadOnly = false;

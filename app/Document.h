@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/LibraryProgress.h"
+
 #include "embedded/base/Report.h"
 #include "embedded/base/Result.h"
 
@@ -66,6 +68,7 @@ public:
     {
         m_changes->BeginStep(orv::String(name.toUtf8().constData()));
         run();
+        m_progress.finish();
         m_changes->EndStep();
         afterChange();
     }
@@ -91,6 +94,7 @@ private:
     void afterChange();
     [[nodiscard]] std::vector<std::pair<gis::CTheme*, int>> entityCounts() const;
 
+    LibraryProgress m_progress;
     // Declared before the library, which records in it.
     std::unique_ptr<orv::CChangeTransactionManager> m_changes;
     std::unique_ptr<gis::CLibGis> m_library;

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLibraryInfo>
+#include <QLocale>
 #include <QTimer>
 #include <QTranslator>
 
@@ -12,6 +13,8 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tematica"));
+    // The windows are Italian, and so are their numbers (1.234), whatever the system's language.
+    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
     QApplication::setApplicationVersion(QStringLiteral(TEMATICA_VERSION));
     QTranslator translator; // the toolkit's own texts, where the system has them
     if (translator.load(

@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QLocale>
 #include <QTimer>
 
 #include <cstdio>
@@ -173,6 +174,7 @@ int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
+    QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
     if (argc != 3) {
         std::fputs("tematica-tour: two arguments are needed, a library or shapefile and a folder\n",
             stderr);

@@ -6,14 +6,18 @@
 #include "embedded/model/Library.h"
 #include "embedded/shapefile/Shapefile.h"
 #include "embedded/store/GeoPackage.h"
+#include "host/gis/TableEdit.h"
 #include "tests/support/LibraryNotation.h"
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QProgressDialog>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 namespace apptest {
 
@@ -221,6 +225,37 @@ TEST_F(DocumentTest, MarksGoWhenTheirEntitiesMayBeGone)
     EXPECT_TRUE(document.highlight().selected.empty());
     EXPECT_TRUE(document.highlight().found.empty());
     EXPECT_EQ(document.highlight().current, nullptr);
+}
+
+/// Long work of the library shows itself and can be stopped; then nothing has happened.
+TEST_F(DocumentTest, ALongChangeOfStructureCanBeStopped)
+{
+    constexpr int Rows = 1'500'000;
+    gis::CLibGis& library = document.library();
+    gis::CDBTable* table = library.CreateTable("T");
+    table->addField("testo", gis::FieldFormat::Text);
+    table->addRows(Rows);
+    embedded::Column texts(gis::ColumnKind::Dictionary);
+    for (int row = 0; row < Rows; ++row)
+        texts.appendText(std::to_string(row));
+    table->setColumn(0, std::move(texts));
+
+    gis::CCtrlDlgTableEdit structure(&library, table);
+    structure.SetFieldFormat(structure.GetCurField(0), gis::FieldFormat::Decimal);
+    bool wasShown = false;
+    QTimer::singleShot(0, [&] {
+        // Runs when the progress lets events in.
+        if (auto* shown = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget())) {
+            wasShown = true;
+            shown->cancel();
+        }
+    });
+    bool isDone = true;
+    document.act(QStringLiteral("Struttura"), [&] { isDone = structure.Commit(); });
+
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "nothing is left on the screen";
+    EXPECT_EQ(isDone, !wasShown);
+    EXPECT_EQ(table->field(0)->format, isDone ? gis::FieldFormat::Decimal : gis::FieldFormat::Text);
 }
 
 } // namespace
