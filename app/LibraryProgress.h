@@ -23,7 +23,7 @@ public:
 
     bool advance(double fraction) override;
     /// The work has ended, however: what is shown goes.
-    void finish();
+    void finish() override;
 
 private:
     std::unique_ptr<kit::Progress> m_shown;

@@ -48,6 +48,7 @@ int main(int argc, char** argv)
     bench::drawingJobs(jobs);
     bench::dialogJobs(jobs);
     bench::holdUpJobs(jobs);
+    bench::structureJobs(jobs);
 #endif
     jobs.print();
     fs::remove_all(folder);

@@ -3,6 +3,8 @@
 #include "kit/Progress.h"
 
 #include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
 
@@ -11,13 +13,25 @@ namespace kit {
 namespace {
 
 constexpr int ProgressSteps = 1000;
+constexpr int LongestLabelPixels = 500;
 constexpr std::chrono::milliseconds EventsEvery(40);
+
+/// Stays until its work is done: were it closed, the windows below would take input again.
+class CFirmProgress final : public QProgressDialog {
+public:
+    using QProgressDialog::QProgressDialog;
+    void reject() override { }
+
+protected:
+    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+};
 
 } // namespace
 
-Progress::Progress(QWidget* parent, const QString& label)
+Progress::Progress(QWidget* parent, const QString& label, ProgressKind kind)
     : m_parent(parent)
     , m_label(label)
+    , m_kind(kind)
     , m_start(std::chrono::steady_clock::now())
     , m_lastEvents(m_start)
 {
@@ -29,19 +43,32 @@ void Progress::show()
 {
     QWidget* owner = m_parent ? m_parent->window() : QApplication::activeWindow();
     m_pause.emplace();
-    m_dialog = std::make_unique<QProgressDialog>(owner);
+    m_dialog = m_kind == ProgressKind::Stoppable ? std::make_unique<QProgressDialog>(owner)
+                                                 : std::make_unique<CFirmProgress>(owner);
     m_dialog->setObjectName(QStringLiteral("CProgress"));
-    m_dialog->setLabelText(m_label);
+    auto* label = new QLabel; // names in it are shown as they are, however long
+    label->setTextFormat(Qt::PlainText);
+    label->setText(label->fontMetrics().elidedText(m_label, Qt::ElideRight, LongestLabelPixels));
+    m_dialog->setLabel(label);
     m_dialog->setRange(0, ProgressSteps);
-    auto* cancel = new QPushButton(QStringLiteral("Annulla"));
-    cancel->setObjectName(QStringLiteral("id2"));
-    cancel->setAutoDefault(false);
-    m_dialog->setCancelButton(cancel);
+    if (m_kind == ProgressKind::Stoppable) {
+        auto* cancel = new QPushButton(QStringLiteral("Annulla"));
+        cancel->setObjectName(QStringLiteral("id2"));
+        cancel->setAutoDefault(false);
+        m_dialog->setCancelButton(cancel);
+    } else {
+        m_dialog->setCancelButton(nullptr);
+    }
     m_dialog->setWindowModality(Qt::ApplicationModal);
     m_dialog->setMinimumDuration(0);
     m_dialog->setAutoClose(false);
     m_dialog->setAutoReset(false);
     m_dialog->show();
+}
+
+bool Progress::isToStop() const
+{
+    return m_kind == ProgressKind::Stoppable && m_dialog->wasCanceled();
 }
 
 bool Progress::advance(double fraction)
@@ -58,7 +85,7 @@ bool Progress::advance(double fraction)
     }
     m_dialog->setValue(static_cast<int>(fraction * ProgressSteps));
     QCoreApplication::processEvents();
-    m_isCancelled = m_dialog->wasCanceled();
+    m_isCancelled = isToStop();
     m_lastEvents = std::chrono::steady_clock::now();
     return !m_isCancelled;
 }

@@ -18,12 +18,17 @@ namespace kit {
 /// How long work may take before it shows its progress.
 inline constexpr int ProgressAfterMs = 150;
 
+enum class ProgressKind {
+    Stoppable, // with "Annulla"
+    Unstoppable, // what is under way has to be finished
+};
+
 /// Progress of work that runs in slices on the user-interface thread: nothing to be seen while it
 /// is quick, after that a small dialog with "Annulla". Other windows take no input meanwhile.
 /// Thread: the user interface's. Without an application it only counts.
 class Progress final {
 public:
-    Progress(QWidget* parent, const QString& label);
+    Progress(QWidget* parent, const QString& label, ProgressKind kind = ProgressKind::Stoppable);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     ~Progress();
@@ -35,9 +40,11 @@ public:
 
 private:
     void show();
+    [[nodiscard]] bool isToStop() const;
 
     QWidget* m_parent;
     QString m_label;
+    ProgressKind m_kind;
     std::chrono::steady_clock::time_point m_start;
     std::chrono::steady_clock::time_point m_lastEvents;
     std::optional<WaitCursorPause> m_pause; // while "Annulla" can be clicked

@@ -64,5 +64,6 @@ void memoryJob(Jobs& jobs);
 void dialogJobs(Jobs& jobs);
 void drawingJobs(Jobs& jobs);
 void holdUpJobs(Jobs& jobs);
+void structureJobs(Jobs& jobs);
 
 } // namespace bench

@@ -93,6 +93,8 @@ struct Report {
 class IProgress {
 public:
     virtual bool advance(double fraction) = 0;
+    /// The work that was told of has ended, well or not; called where it is part of a longer whole.
+    virtual void finish() { }
 
 protected:
     ~IProgress() = default;

@@ -6,7 +6,9 @@
 #include "host/base/Dates.h"
 #include "host/base/Numbers.h"
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <vector>
 
@@ -90,11 +92,17 @@ orv::CPolyValue fromNumber(const orv::CPolyValue& value, FieldFormat to)
     }
 }
 
+/// The part of the whole work that is done in a loop.
+struct Share {
+    double first = 0.0;
+    double length = 1.0;
+};
+
 /// Tells the progress every few thousand rows; false once it was cancelled.
-bool goesOn(IProgress* progress, int row, int rowCount)
+bool goesOn(IProgress* progress, int row, int rowCount, Share share = {})
 {
     return !progress || row % RowsBetweenProgress != 0
-        || progress->advance(static_cast<double>(row) / std::max(1, rowCount));
+        || progress->advance(share.first + share.length * row / std::max(1, rowCount));
 }
 
 void countCell(bool hasResult, bool sameKind, ConversionCount& count)
@@ -102,27 +110,65 @@ void countCell(bool hasResult, bool sameKind, ConversionCount& count)
     ++(!hasResult ? count.emptied : sameKind ? count.unchanged : count.converted);
 }
 
+/// What each distinct text of a column becomes, as the bits of a cell.
+struct Conversions {
+    std::vector<std::uint64_t> raw;
+    std::vector<std::uint8_t> hasValue;
+};
+
+Conversions convertTexts(const Dictionary& texts, FieldFormat to, IProgress* progress)
+{
+    const std::uint32_t size = texts.size();
+    Conversions result { std::vector<std::uint64_t>(size), std::vector<std::uint8_t>(size) };
+    Column cell(columnKindOf(to));
+    cell.appendEmpty();
+    for (std::uint32_t code = 0; code < size; ++code) {
+        if (!goesOn(progress, static_cast<int>(code), static_cast<int>(size), { 0.0, 0.5 }))
+            break;
+        if (to == FieldFormat::Decimal) { // the usual case, and the one with the most texts
+            double number = 0;
+            result.hasValue[code]
+                = orv::ParseDouble(texts.text(code), number) && std::isfinite(number);
+            result.raw[code] = std::bit_cast<std::uint64_t>(number);
+            continue;
+        }
+        cell.setValue(0, fromText(texts.text(code), to));
+        result.hasValue[code] = cell.hasValue(0);
+        result.raw[code] = cell.rawAt(0);
+    }
+    return result;
+}
+
+void appendRaw(Column& column, std::uint64_t raw)
+{
+    switch (column.kind()) {
+    case gis::ColumnKind::Boolean:
+        return column.appendBoolean(raw != 0);
+    case gis::ColumnKind::Decimal:
+        return column.appendDecimal(std::bit_cast<double>(raw));
+    default:
+        return column.appendInteger(static_cast<std::int32_t>(static_cast<std::uint32_t>(raw)));
+    }
+}
+
 /// Text to anything: once for each distinct text, not for each cell.
 Column fromTexts(const Column& column, FieldFormat to, ConversionCount& count, IProgress* progress)
 {
+    const Conversions conversions = convertTexts(column.dictionary(), to, progress);
     Column result(columnKindOf(to));
-    const std::uint32_t size = column.dictionary().size();
-    Column byCode(columnKindOf(to));
-    for (std::uint32_t code = 0; code < size; ++code) {
-        byCode.appendEmpty();
-        byCode.setValue(static_cast<int>(code), fromText(column.dictionary().text(code), to));
-    }
     const int rows = column.rowCount();
-    result.appendEmpty(rows);
-    for (int row = 0; row < rows && goesOn(progress, row, rows); ++row) {
-        if (!column.hasValue(row))
-            continue;
-        const int code = static_cast<int>(column.codeAt(row));
-        const bool converts = byCode.hasValue(code);
+    result.reserve(rows);
+    for (int row = 0; row < rows && goesOn(progress, row, rows, { 0.5, 0.5 }); ++row) {
+        const std::uint32_t code = column.hasValue(row) ? column.codeAt(row) : Dictionary::NoCode;
+        const bool converts = code != Dictionary::NoCode && conversions.hasValue[code] != 0;
         if (converts)
-            result.setRaw(row, byCode.rawAt(code));
-        countCell(converts, false, count);
+            appendRaw(result, conversions.raw[code]);
+        else
+            result.appendEmpty();
+        if (code != Dictionary::NoCode)
+            countCell(converts, false, count);
     }
+    result.appendEmpty(rows - result.rowCount()); // those after which it was stopped
     return result;
 }
 

@@ -99,6 +99,25 @@ orv::CPolyValue defaultValue(const gis::CField& field)
     return value;
 }
 
+/// Quick, for the many fields without a default that are looked at in every row.
+bool mayHaveDefault(const gis::CField& field)
+{
+    const orv::CPolyValue& first = field.constraints[0];
+    switch (field.format) {
+    case gis::FieldFormat::Text:
+    case gis::FieldFormat::List:
+        return !first.TextView().empty();
+    case gis::FieldFormat::Date:
+        return field.constraints[3].GetInt32Value() != 0;
+    case gis::FieldFormat::Integer:
+        return first.GetInt32Value() != orv::UnsetInteger;
+    case gis::FieldFormat::Decimal:
+        return first.GetDoubleValue() != orv::UnsetDecimal;
+    default:
+        return true;
+    }
+}
+
 } // namespace
 
 void Library::cell(orv::CResultRow* row, int fieldIndex, orv::CPolyValue& value)
@@ -155,12 +174,14 @@ void Library::initializeWithDefaults(gis::CDBTable* table, orv::CResultRow* row)
         return;
     const int index = gis::CDBTable::indexOf(row);
     for (int i = 0; i < table->fieldCount(); ++i) {
-        if (table->field(i)->isPredefined())
+        const gis::CField& field = *table->field(i);
+        if (field.isPredefined() || !mayHaveDefault(field))
             continue; // its value is computed, or there is none
-        const orv::CPolyValue value = defaultValue(*table->field(i));
-        if (value.IsEmpty() || table->column(i).hasValue(index))
+        if (table->column(i).hasValue(index))
             continue;
-        setCell(row, i, value);
+        const orv::CPolyValue value = defaultValue(field);
+        if (!value.IsEmpty())
+            setCell(row, i, value);
     }
 }
 

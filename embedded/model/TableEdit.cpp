@@ -26,7 +26,7 @@ public:
 
 namespace {
 
-/// One progress over several columns; remembers that the user stopped it.
+/// One progress over several columns, read or converted; remembers that the user stopped it.
 class ConversionProgress final : public embedded::IProgress {
 public:
     ConversionProgress(embedded::IProgress* whole, std::size_t columns)
@@ -40,6 +40,13 @@ public:
             m_cancelled = !m_whole->advance((m_done + fraction) / m_columns);
         return !m_cancelled;
     }
+    ~ConversionProgress()
+    {
+        if (m_whole)
+            m_whole->finish();
+    }
+    ConversionProgress(const ConversionProgress&) = delete;
+    ConversionProgress& operator=(const ConversionProgress&) = delete;
     void nextColumn() { m_done += 1.0; }
     [[nodiscard]] bool isCancelled() const { return m_cancelled; }
 
@@ -148,10 +155,12 @@ public:
         return std::find(tables.begin(), tables.end(), table) != tables.end();
     }
 
-    [[nodiscard]] bool readColumns() const;
+    [[nodiscard]] std::size_t columnsToRead() const;
+    bool readColumns(ConversionProgress& progress) const;
     [[nodiscard]] std::vector<FieldChange> wanted() const;
     bool convert(std::vector<FieldChange>& fields,
-        std::vector<std::pair<orv::String, ConversionCount>>& costs) const;
+        std::vector<std::pair<orv::String, ConversionCount>>& costs,
+        ConversionProgress& progress) const;
     void apply(std::vector<FieldChange> fields) const;
 
     Library* library;
@@ -161,8 +170,16 @@ public:
     std::unordered_set<const CField*> known; // fields that the table had at the beginning
 };
 
+std::size_t CCtrlDlgTableEdit::Impl::columnsToRead() const
+{
+    std::size_t count = 0;
+    for (int i = 0; i < table->fieldCount(); ++i)
+        count += table->isColumnLoaded(i) ? 0 : 1;
+    return count;
+}
+
 /// Reads what is still in the file only: a column that cannot be read would be committed as empty.
-bool CCtrlDlgTableEdit::Impl::readColumns() const
+bool CCtrlDlgTableEdit::Impl::readColumns(ConversionProgress& progress) const
 {
     for (int i = 0; i < table->fieldCount(); ++i) {
         if (table->isColumnLoaded(i))
@@ -173,6 +190,9 @@ bool CCtrlDlgTableEdit::Impl::readColumns() const
             || cells.rowCount() != table->rowCount())
             return false;
         table->takeLoaded(i, std::move(cells));
+        progress.nextColumn();
+        if (!progress.advance(0.0))
+            return false;
     }
     return true;
 }
@@ -198,10 +218,8 @@ std::vector<FieldChange> CCtrlDlgTableEdit::Impl::wanted() const
 
 /// Converts aside, so that a cancelled commit leaves nothing behind.
 bool CCtrlDlgTableEdit::Impl::convert(std::vector<FieldChange>& fields,
-    std::vector<std::pair<orv::String, ConversionCount>>& costs) const
+    std::vector<std::pair<orv::String, ConversionCount>>& costs, ConversionProgress& progress) const
 {
-    const auto columns = std::count_if(fields.begin(), fields.end(), isFormatChange);
-    ConversionProgress progress(library->progress(), static_cast<std::size_t>(columns));
     for (auto& change : fields) {
         if (!isFormatChange(change))
             continue;
@@ -346,8 +364,13 @@ bool CCtrlDlgTableEdit::Commit()
     if (!namesAreUsable(fields))
         return false;
     std::vector<std::pair<orv::String, ConversionCount>> costs;
-    if (!m_impl->readColumns() || !m_impl->convert(fields, costs))
-        return false;
+    {
+        const auto columns = m_impl->columnsToRead()
+            + static_cast<std::size_t>(std::count_if(fields.begin(), fields.end(), isFormatChange));
+        ConversionProgress progress(m_impl->library->progress(), columns);
+        if (!m_impl->readColumns(progress) || !m_impl->convert(fields, costs, progress))
+            return false;
+    }
 
     Library& library = *m_impl->library;
     CDBTable& table = *m_impl->table;

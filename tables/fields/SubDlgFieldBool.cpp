@@ -18,8 +18,6 @@ constexpr int DefaultNone = 2;
 
 int rowOf(const orv::CPolyValue& standard)
 {
-    if (standard.GetType() != orv::PolyInt32)
-        return -1;
     switch (standard.GetInt32Value()) {
     case DefaultNo:
         return No;

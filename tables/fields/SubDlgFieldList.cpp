@@ -48,8 +48,10 @@ void CSubDlgFieldList::refill()
         m_ui->id2015->addItem(kit::toQt(value));
     }
     // The first that is equal but for the case of ASCII letters, as names are compared everywhere.
-    const auto found = std::find_if(m_values.begin(), m_values.end(),
-        [this](const orv::String& value) { return value.CompareIgnoreCase(m_standard) == 0; });
+    const auto found = m_standard.Length() == 0
+        ? m_values.end() // the empty entry above them all
+        : std::find_if(m_values.begin(), m_values.end(),
+            [this](const orv::String& value) { return value.CompareIgnoreCase(m_standard) == 0; });
     m_ui->id2015->setCurrentIndex(
         found == m_values.end() ? 0 : static_cast<int>(found - m_values.begin()) + 1);
 }

@@ -8,6 +8,7 @@
 
 #include "kit/Form.h"
 #include "kit/MessageBox.h"
+#include "kit/Progress.h"
 #include "kit/WaitCursor.h"
 #include "kit/texts/QtText.h"
 
@@ -15,9 +16,11 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -34,11 +37,23 @@ constexpr int ColumnWidthPixels = 100;
 constexpr int RowHeaderWidthPixels = 20;
 constexpr int RowPaddingPixels = 8;
 constexpr int LeastRows = 7;
+constexpr int RowsBetweenProgress = 4096;
+constexpr kit::DialogUnits PageSize { 292, 80 };
 
 bool isText(gis::FieldType type)
 {
     return type == gis::FieldType::PointName || type == gis::FieldType::PointDescription
         || type >= gis::FieldType::Sketch;
+}
+
+/// Wide enough for the longest name of a source, which outgrows the usual width with a large font.
+int columnWidth(const QWidget& grid)
+{
+    int longest = 0;
+    for (const QString& name : tables::typeChoices())
+        longest = std::max(longest, grid.fontMetrics().horizontalAdvance(name));
+    constexpr int marginsPixels = 12;
+    return std::max(ColumnWidthPixels, longest + marginsPixels);
 }
 
 } // namespace
@@ -56,7 +71,7 @@ CDlgTableEdit::CDlgTableEdit(gis::CLibGis* library, gis::CDBTable* table, QWidge
     m_ui->setupUi(this);
     makeGrid();
     kit::prepareDialog(*this, "CDlgTableEdit", { 303, 235 });
-    m_ui->id2004->hide();
+    keepRoomForPage();
     for (int row = 0; row < m_model.fieldCount(); ++row)
         applyPredefinedRule(m_model.field(row));
     QWidget* const order[]
@@ -71,21 +86,37 @@ CDlgTableEdit::CDlgTableEdit(gis::CLibGis* library, gis::CDBTable* table, QWidge
 
 CDlgTableEdit::~CDlgTableEdit() = default;
 
+/// The room of the page and its check box is there from the beginning, so that the grid does not
+/// jump while one goes from field to field.
+void CDlgTableEdit::keepRoomForPage()
+{
+    m_ui->id2003->setMinimumHeight(kit::pixelsOf(*this, PageSize).height());
+    QSizePolicy policy = m_ui->id2004->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_ui->id2004->setSizePolicy(policy);
+    m_ui->id2004->hide();
+}
+
 void CDlgTableEdit::makeGrid()
 {
     m_grid->setObjectName(kit::controlName(kit::IdGrid));
     m_grid->setAccessibleName(QStringLiteral("Campi"));
+    m_grid->setWordWrap(false);
+    m_grid->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    const int rowHeight = m_grid->fontMetrics().height() + RowPaddingPixels;
+    m_grid->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_grid->verticalHeader()->setMinimumSectionSize(rowHeight);
+    m_grid->verticalHeader()->setDefaultSectionSize(rowHeight);
     m_grid->setModel(&m_model);
     m_grid->setItemDelegate(m_delegate);
     m_grid->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked
         | QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
     m_grid->setTabKeyNavigation(false);
+    m_grid->horizontalHeader()->setHighlightSections(false);
     m_grid->verticalHeader()->setFixedWidth(RowHeaderWidthPixels);
-    m_grid->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_grid->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + RowPaddingPixels);
-    m_grid->setMinimumHeight(LeastRows * m_grid->verticalHeader()->defaultSectionSize());
+    m_grid->setMinimumHeight(LeastRows * rowHeight);
     for (int column = 0; column < FieldColumnCount; ++column)
-        m_grid->setColumnWidth(column, ColumnWidthPixels);
+        m_grid->setColumnWidth(column, columnWidth(*m_grid));
     kit::placeOver(m_ui->id2002, m_grid);
     m_grid->installEventFilter(this);
     connect(m_delegate, &CFieldDelegate::editBegun, this, &CDlgTableEdit::switchPage);
@@ -135,6 +166,8 @@ bool CDlgTableEdit::isValid(int row, int column, const QString& text)
 {
     if (column != NameColumn)
         return !text.isEmpty();
+    if (text.isEmpty())
+        return true; // refused on OK only: the name may come later
     const orv::String name = kit::fromQt(text);
     for (int other = 0; other < m_model.fieldCount(); ++other)
         if (other != row
@@ -291,7 +324,12 @@ bool CDlgTableEdit::hasNamelessField()
 void CDlgTableEdit::updateRows()
 {
     const int count = m_library->GetNumRows(m_table);
+    // The fields are in the library already: there is nothing left that could be cancelled.
+    kit::Progress progress(
+        this, QStringLiteral("Aggiornamento delle righe…"), kit::ProgressKind::Unstoppable);
     for (int i = 0; i < count; ++i) {
+        if (i % RowsBetweenProgress == 0)
+            progress.advance(static_cast<double>(i) / count);
         orv::CResultRow* row = m_library->GetRow(m_table, i);
         if (gis::CEnt* entity = m_library->GetEnt(row))
             m_library->RecalcAllPredefValues(gis::CLibGis::GetTheme(entity), entity);
@@ -300,8 +338,21 @@ void CDlgTableEdit::updateRows()
     }
 }
 
+bool CDlgTableEdit::applyAll()
+{
+    // Progress lets events in, and with them a second OK or Annulla.
+    const QScopedValueRollback<bool> applying(m_isApplying, true);
+    const kit::WaitCursor wait;
+    if (!m_controller.Commit())
+        return false;
+    updateRows();
+    return true;
+}
+
 void CDlgTableEdit::accept()
 {
+    if (m_isApplying)
+        return;
     m_delegate->commitOpenEditor();
     if (hasNamelessField()) {
         FMessageBox(this, kit::Message { texts::FieldNamesMissing });
@@ -309,17 +360,17 @@ void CDlgTableEdit::accept()
     }
     const int shownRow = m_pageRow;
     destroyPage();
-    const kit::WaitCursor wait;
-    if (!m_controller.Commit()) {
+    if (!applyAll()) {
         switchPage(shownRow);
         return;
     }
-    updateRows();
     QDialog::accept();
 }
 
 void CDlgTableEdit::reject()
 {
+    if (m_isApplying)
+        return;
     m_controller.Revert();
     QDialog::reject();
 }

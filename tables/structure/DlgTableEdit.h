@@ -38,6 +38,7 @@ protected:
 private:
     using Field = tables::CFieldModel::Field;
 
+    void keepRoomForPage();
     void makeGrid();
     void onEdited(int row, int column, const QString& text);
     void onTypingBegun(int row);
@@ -54,6 +55,7 @@ private:
     void destroyPage();
     void renderRequested(Field* field);
     [[nodiscard]] bool hasNamelessField();
+    [[nodiscard]] bool applyAll();
     void updateRows();
 
     std::unique_ptr<Ui::CDlgTableEdit> m_ui;
@@ -65,5 +67,6 @@ private:
     QTableView* m_grid;
     CSubDlgBase* m_page = nullptr; // owned as a child window
     int m_pageRow = -1;
+    bool m_isApplying = false;
     gis::FieldFormat m_pageFormat = gis::FieldFormat::Text;
 };
