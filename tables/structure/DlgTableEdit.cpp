@@ -14,11 +14,11 @@
 
 #include "ui_CDlgTableEdit.h"
 
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QTableView>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <iterator>
@@ -38,7 +38,7 @@ constexpr int RowHeaderWidthPixels = 20;
 constexpr int RowPaddingPixels = 8;
 constexpr int LeastRows = 7;
 constexpr int RowsBetweenProgress = 4096;
-constexpr kit::DialogUnits PageSize { 292, 80 };
+constexpr kit::DialogUnits PageSize { 292, 88 }; // room for the tallest page
 
 bool isText(gis::FieldType type)
 {
@@ -84,13 +84,18 @@ CDlgTableEdit::CDlgTableEdit(gis::CLibGis* library, gis::CDBTable* table, QWidge
     connect(m_ui->id2089, &QPushButton::clicked, this, [this] { move(1); });
 }
 
-CDlgTableEdit::~CDlgTableEdit() = default;
+CDlgTableEdit::~CDlgTableEdit()
+{
+    m_delegate->dropOpenEditor(); // its end would ask the model, which goes before the grid
+}
 
 /// The room of the page and its check box is there from the beginning, so that the grid does not
 /// jump while one goes from field to field.
 void CDlgTableEdit::keepRoomForPage()
 {
-    m_ui->id2003->setMinimumHeight(kit::pixelsOf(*this, PageSize).height());
+    m_pagePlace = new QGridLayout(m_ui->id2003);
+    m_pagePlace->setContentsMargins(0, 0, 0, 0);
+    m_pagePlace->setRowMinimumHeight(0, kit::pixelsOf(*this, PageSize).height());
     QSizePolicy policy = m_ui->id2004->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     m_ui->id2004->setSizePolicy(policy);
@@ -227,11 +232,7 @@ void CDlgTableEdit::switchPage(int row)
     m_pageFormat = format;
     if (!m_page)
         return;
-    if (!m_ui->id2003->layout()) {
-        auto* layout = new QVBoxLayout(m_ui->id2003);
-        layout->setContentsMargins(0, 0, 0, 0);
-    }
-    m_ui->id2003->layout()->addWidget(m_page);
+    m_pagePlace->addWidget(m_page, 0, 0);
     m_page->show();
     renderRequested(field);
 }
@@ -371,6 +372,7 @@ void CDlgTableEdit::reject()
 {
     if (m_isApplying)
         return;
+    m_delegate->dropOpenEditor();
     m_controller.Revert();
     QDialog::reject();
 }

@@ -11,6 +11,7 @@
 #include <memory>
 
 class CSubDlgBase;
+class QGridLayout;
 class QTableView;
 namespace Ui {
 class CDlgTableEdit;
@@ -65,6 +66,7 @@ private:
     tables::CFieldModel m_model;
     tables::CFieldDelegate* m_delegate;
     QTableView* m_grid;
+    QGridLayout* m_pagePlace = nullptr; // one cell
     CSubDlgBase* m_page = nullptr; // owned as a child window
     int m_pageRow = -1;
     bool m_isApplying = false;

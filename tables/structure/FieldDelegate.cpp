@@ -111,4 +111,10 @@ void CFieldDelegate::commitOpenEditor()
         Q_EMIT closeEditor(editor);
 }
 
+void CFieldDelegate::dropOpenEditor()
+{
+    if (m_editor)
+        Q_EMIT closeEditor(m_editor, RevertModelCache);
+}
+
 } // namespace tables

@@ -27,6 +27,8 @@ public:
     void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
     /// Takes what an open editor holds and closes it.
     void commitOpenEditor();
+    /// Closes an open editor and forgets what it holds.
+    void dropOpenEditor();
     [[nodiscard]] bool isEditing() const { return m_editor != nullptr; }
 
 Q_SIGNALS:

@@ -60,6 +60,20 @@ TEST_F(DlgTableEditCasesTest, AUsedNameIsRefusedWhenOkEndsTheEdit)
     EXPECT_EQ(library->GetFieldName(field(3)), orv::String("Note"));
 }
 
+TEST_F(DlgTableEditCasesTest, ClosingTheWindowForgetsWhatIsBeingTyped)
+{
+    open();
+    writeInto(3, QStringLiteral("nome"));
+    const ui::CModalDriver driver;
+    library->clearCalls();
+    dialog->close();
+    QApplication::processEvents();
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(dialog->result(), QDialog::Rejected);
+    EXPECT_EQ(driver.stepsTaken(), 0);
+    EXPECT_TRUE(library->changes().empty());
+}
+
 TEST_F(DlgTableEditCasesTest, ANameThatADeletedFieldHadIsFree)
 {
     open();
@@ -70,7 +84,7 @@ TEST_F(DlgTableEditCasesTest, ANameThatADeletedFieldHadIsFree)
     ui::press(*dialog, 1);
     EXPECT_EQ(dialog->result(), QDialog::Accepted);
     EXPECT_EQ(library->GetFieldFormat(field(2)), gis::FieldFormat::Text);
-    EXPECT_EQ(support::printRows(*library->GetTable(0)).find("'x'") != std::string::npos, true)
+    EXPECT_NE(support::printRows(*library->GetTable(0)).find("'x'"), std::string::npos)
         << "the renamed field keeps its cells";
 }
 
@@ -172,7 +186,7 @@ TEST_F(DlgTableEditCasesTest, WhatAPageHeldIsThereAgainWhenOneComesBack)
 {
     open();
     click(3, 0);
-    ui::type(*page("CSubDlgFieldString"), 2021, QStringLiteral("<b>%s</b> & 😀"));
+    ui::at<QLineEdit>(*page("CSubDlgFieldString"), 2021).setText(QStringLiteral("<b>%s</b> & 😀"));
     required().setChecked(true);
     click(1, 0);
     EXPECT_FALSE(required().isChecked());
@@ -180,6 +194,18 @@ TEST_F(DlgTableEditCasesTest, WhatAPageHeldIsThereAgainWhenOneComesBack)
     EXPECT_EQ(ui::at<QLineEdit>(*page("CSubDlgFieldString"), 2021).text(),
         QStringLiteral("<b>%s</b> & 😀"));
     EXPECT_TRUE(required().isChecked());
+}
+
+TEST_F(DlgTableEditCasesTest, TheGridStaysWhereItIsWhilePagesComeAndGo)
+{
+    open("table T (a text, b boolean, c integer, d list ('x'), e date)");
+    click(0, 0);
+    const QRect place = grid().geometry();
+    for (int row = 1; row < 6; ++row) {
+        click(row, 0);
+        QApplication::processEvents();
+        EXPECT_EQ(grid().geometry(), place) << row;
+    }
 }
 
 TEST_F(DlgTableEditCasesTest, ADeletedRowsPageStillSaysWhatIsWrong)
