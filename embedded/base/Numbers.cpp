@@ -211,6 +211,17 @@ namespace orv {
 
 bool ParseDouble(std::string_view text, double& value)
 {
+    // Most texts are a plain number from end to end, which need not be looked through first.
+    const std::size_t sign = !text.empty() && text.front() == '-' ? 1 : 0;
+    if (text.size() > sign && isDigit(text[sign])) {
+        double plain = 0.0;
+        const char* const end = text.data() + text.size();
+        if (const auto read = std::from_chars(text.data(), end, plain);
+            read.ec == std::errc() && read.ptr == end) {
+            value = plain;
+            return true;
+        }
+    }
     text = trimmed(text);
     if (text.empty() || numberLength(text) != text.size())
         return false;

@@ -245,6 +245,15 @@ void Column::appendCode(std::uint32_t code)
 {
     m_data->append(code);
 }
+void Column::appendChunk(const void* values, const std::uint64_t* validity, int count)
+{
+    int first = 0;
+    int appended = 0;
+    Chunk& chunk = m_data->appendRows(count, first, appended);
+    std::memcpy(chunk.words.data(), values, static_cast<std::size_t>(count) * m_data->width);
+    if (validity)
+        chunk.validity.assign(validity, validity + count / 64 + 1);
+}
 void Column::setEmpty(int row)
 {
     if (hasValue(row))

@@ -55,6 +55,10 @@ public:
     /// format are.
     void setValue(int row, const orv::CPolyValue& value);
     void truncate(int rows);
+    /// Appends up to a chunk of values of the column's width at once. The column must end with a
+    /// full chunk. `validity`: one bit a row as in gis::ColumnChunk, null when every row has a
+    /// value.
+    void appendChunk(const void* values, const std::uint64_t* validity, int count);
     /// Appends all rows of a column of the same kind.
     void append(const Column& other);
 

@@ -6,9 +6,11 @@
 #include "host/base/Dates.h"
 #include "host/base/Numbers.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -139,15 +141,57 @@ Conversions convertTexts(const Dictionary& texts, FieldFormat to, IProgress* pro
     return result;
 }
 
-void appendRaw(Column& column, std::uint64_t raw)
+/// Texts of a chunk to cells of the type `Cell`.
+template <typename Cell> class ChunkConversion final {
+public:
+    explicit ChunkConversion(const Conversions& conversions)
+        : m_conversions(conversions)
+        , m_values(gis::ColumnChunkRows)
+        , m_validity(gis::ColumnChunkRows / 64 + 1)
+    {
+    }
+    void append(const gis::ColumnChunk& chunk, Column& result, ConversionCount& count)
+    {
+        const auto* codes = static_cast<const std::uint32_t*>(chunk.values);
+        std::fill(m_validity.begin(), m_validity.end(), 0);
+        int texts = 0;
+        int converted = 0;
+        for (int row = 0; row < chunk.rowCount; ++row) {
+            const auto word = static_cast<std::size_t>(row) / 64;
+            const std::uint64_t bit = std::uint64_t(1) << (row % 64);
+            if (chunk.validity && (chunk.validity[word] & bit) == 0)
+                continue;
+            ++texts;
+            const std::uint32_t code = codes[row];
+            if (m_conversions.hasValue[code] == 0)
+                continue;
+            ++converted;
+            m_validity[word] |= bit;
+            std::memcpy(&m_values[static_cast<std::size_t>(row)], &m_conversions.raw[code],
+                sizeof(Cell)); // the low bytes come first
+        }
+        result.appendChunk(m_values.data(),
+            converted == chunk.rowCount ? nullptr : m_validity.data(), chunk.rowCount);
+        count.converted += converted;
+        count.emptied += texts - converted;
+    }
+
+private:
+    static_assert(std::endian::native == std::endian::little);
+    const Conversions& m_conversions;
+    std::vector<Cell> m_values;
+    std::vector<std::uint64_t> m_validity;
+};
+
+template <typename Cell>
+void convertChunks(const gis::ColumnView& texts, const Conversions& conversions, Column& result,
+    ConversionCount& count, IProgress* progress)
 {
-    switch (column.kind()) {
-    case gis::ColumnKind::Boolean:
-        return column.appendBoolean(raw != 0);
-    case gis::ColumnKind::Decimal:
-        return column.appendDecimal(std::bit_cast<double>(raw));
-    default:
-        return column.appendInteger(static_cast<std::int32_t>(static_cast<std::uint32_t>(raw)));
+    ChunkConversion<Cell> conversion(conversions);
+    for (int i = 0; i < texts.chunkCount; ++i) {
+        if (progress && !progress->advance(0.5 + 0.5 * i / texts.chunkCount))
+            return;
+        conversion.append(texts.chunks[i], result, count);
     }
 }
 
@@ -156,19 +200,19 @@ Column fromTexts(const Column& column, FieldFormat to, ConversionCount& count, I
 {
     const Conversions conversions = convertTexts(column.dictionary(), to, progress);
     Column result(columnKindOf(to));
-    const int rows = column.rowCount();
-    result.reserve(rows);
-    for (int row = 0; row < rows && goesOn(progress, row, rows, { 0.5, 0.5 }); ++row) {
-        const std::uint32_t code = column.hasValue(row) ? column.codeAt(row) : Dictionary::NoCode;
-        const bool converts = code != Dictionary::NoCode && conversions.hasValue[code] != 0;
-        if (converts)
-            appendRaw(result, conversions.raw[code]);
-        else
-            result.appendEmpty();
-        if (code != Dictionary::NoCode)
-            countCell(converts, false, count);
+    result.reserve(column.rowCount());
+    switch (result.kind()) {
+    case gis::ColumnKind::Boolean:
+        convertChunks<std::uint8_t>(column.view(), conversions, result, count, progress);
+        break;
+    case gis::ColumnKind::Decimal:
+        convertChunks<double>(column.view(), conversions, result, count, progress);
+        break;
+    default:
+        convertChunks<std::int32_t>(column.view(), conversions, result, count, progress);
+        break;
     }
-    result.appendEmpty(rows - result.rowCount()); // those after which it was stopped
+    result.appendEmpty(column.rowCount() - result.rowCount()); // those after which it was stopped
     return result;
 }
 
