@@ -8,6 +8,7 @@
 #include "embedded/model/Library.h"
 #include "tematica/Dialogs.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
@@ -161,6 +162,17 @@ void showTables(Tour& tour, app::Document& document, gis::CTheme* theme)
             if (auto* list = dialog.findChild<QAbstractItemView*>(QStringLiteral("id2000")))
                 clickRow(*list, 0, false);
             tour.picture(dialog, QStringLiteral("CDlgTableList"));
+            tour.dialog(
+                [&] {
+                    if (auto* create
+                        = dialog.findChild<QAbstractButton*>(QStringLiteral("id32771")))
+                        create->click();
+                },
+                [&](QWidget& name) {
+                    if (auto* edit = name.findChild<QLineEdit*>(QStringLiteral("id2001")))
+                        edit->setText(QStringLiteral("Numeri civici"));
+                    tour.picture(name, QStringLiteral("CDlgInputNameTable"));
+                });
         });
     showStructure(tour, document, library.GetTable(theme));
     tour.dialog(

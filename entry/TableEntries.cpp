@@ -9,7 +9,7 @@
 #include "tables/list/DlgTableList.h"
 #include "tables/structure/DlgTableEdit.h"
 
-// The dialogs of tables. One that is not built yet gives its cancelled answer.
+// The dialogs of tables.
 
 bool FDlgTableListGIS(gis::CLibGis* library)
 {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "kit/ToolBarDialog.h"
 
+#include "kit/Form.h"
 #include "kit/Icons.h"
 #include "kit/texts/QtText.h"
 
@@ -38,8 +39,10 @@ void CToolBarDialog::makeToolBar(const QList<Button>& buttons)
         connect(action, &QAction::triggered, this,
             [this, command = button.command] { runCommand(command); });
         // Reached with Tab as well: a bar of a dialog is often its only way to a command.
-        if (auto* tool = qobject_cast<QToolButton*>(m_bar->widgetForAction(action)))
+        if (auto* tool = qobject_cast<QToolButton*>(m_bar->widgetForAction(action))) {
+            tool->setObjectName(controlName(button.command));
             tool->setFocusPolicy(Qt::TabFocus);
+        }
     }
     if (auto* box = qobject_cast<QBoxLayout*>(layout()))
         box->insertWidget(0, m_bar);

@@ -11,12 +11,22 @@
 #include <QDialog>
 #include <QFileDialog>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 namespace {
 
 constexpr int MostSymbols = 1000;
+
+/// On white whatever the desktop's colours: symbols are drawn in black.
+QIcon pictureOf(const QImage& image)
+{
+    QPixmap picture(image.size());
+    picture.fill(Qt::white);
+    QPainter(&picture).drawImage(0, 0, image);
+    return picture;
+}
 
 void fillSymbols(QListWidget& list, CDocSymbolManager& symbols, int current)
 {
@@ -26,7 +36,7 @@ void fillSymbols(QListWidget& list, CDocSymbolManager& symbols, int current)
             return;
         auto* item = new QListWidgetItem(QString::number(id), &list);
         if (const QImage* image = symbol->GetBitmap())
-            item->setIcon(QIcon(QPixmap::fromImage(*image)));
+            item->setIcon(pictureOf(*image));
         if (id == current)
             list.setCurrentItem(item);
     }
@@ -77,8 +87,10 @@ bool FDlgSceltaSymbol(QWidget* parent, CDravoEng*, CDocSymbolManager* symbols, i
     QObject::connect(ok, &QPushButton::clicked, &dialog, &QDialog::accept);
     QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
     QObject::connect(list, &QListWidget::itemDoubleClicked, &dialog, &QDialog::accept);
-    if (!kit::runModal(dialog) || list->currentRow() < 0)
+    // What is selected, not what is current: a list that gets the focus makes its first row
+    // current.
+    if (!kit::runModal(dialog) || list->selectedItems().isEmpty())
         return false;
-    id = list->currentRow();
+    id = list->row(list->selectedItems().constFirst());
     return true;
 }

@@ -12,7 +12,7 @@
 #include "kit/texts/QtText.h"
 
 #include <QComboBox>
-#include <QFocusEvent>
+#include <QEvent>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -23,18 +23,29 @@ namespace embedded {
 
 namespace {
 
-QLabel* makeLabel(const RowEntry& entry, QWidget* editor)
+constexpr int MostLabelPixels = 220;
+constexpr int MostToolTipLetters = 500;
+
+/// The field's name as it is, cut where it would push the editors away. Without a buddy, which
+/// would turn an ampersand of the name into an access key.
+QLabel* makeLabel(const RowEntry& entry)
 {
-    auto* label = new QLabel(
-        kit::toQt(entry.name()) + (entry.isRequired() ? QStringLiteral(" *") : QString()));
+    auto* label = new QLabel;
     label->setTextFormat(Qt::PlainText);
-    label->setBuddy(editor);
+    QString tip;
     if (entry.isRequired()) {
-        label->setToolTip(QStringLiteral("Campo obbligatorio"));
+        tip = QStringLiteral("Campo obbligatorio");
         QFont font = label->font();
         font.setBold(true);
         label->setFont(font);
     }
+    const QString name = kit::toQt(entry.name());
+    const QString shown
+        = QFontMetrics(label->font()).elidedText(name, Qt::ElideRight, MostLabelPixels);
+    if (shown != name)
+        tip = name.left(MostToolTipLetters) + (tip.isEmpty() ? tip : QLatin1Char('\n') + tip);
+    label->setText(shown + (entry.isRequired() ? QStringLiteral(" *") : QString()));
+    label->setToolTip(tip.isEmpty() ? tip : Qt::convertFromPlainText(tip));
     return label;
 }
 
@@ -53,9 +64,10 @@ RowControl::RowControl(gis::CLibGis* library, gis::CDBTable* table, orv::CResult
     : QScrollArea(parent)
     , m_library(library)
     , m_row(row)
+    , m_isEditable(isEditable)
 {
     setWidgetResizable(true);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::NoFocus); // Tab goes from field to field, and back
     setAccessibleName(QStringLiteral("Attributi"));
     auto* page = new QWidget(this);
     auto* form = new QFormLayout(page);
@@ -63,21 +75,24 @@ RowControl::RowControl(gis::CLibGis* library, gis::CDBTable* table, orv::CResult
     const int count = library->GetNumFields(table);
     for (int i = 0; i < count; ++i) {
         RowEntry entry(*library, table, row, i);
-        QWidget* editor = makeEditor(entry, isEditable);
-        form->addRow(makeLabel(entry, editor), editor);
+        QWidget* editor = makeEditor(entry);
+        form->addRow(makeLabel(entry), editor);
         m_lines.push_back({ std::move(entry), editor });
     }
     setWidget(page);
+    takeFocusByFirstEditor();
 }
 
-QWidget* RowControl::makeEditor(const RowEntry& entry, bool isEditable)
+QWidget* RowControl::makeEditor(const RowEntry& entry)
 {
     QWidget* editor = nullptr;
-    const bool isFixed = !isEditable || entry.isPredefined();
+    const bool isFixed = !m_isEditable || entry.isPredefined();
     if (!isFixed && !entry.choices().isEmpty()) {
         auto* combo = new QComboBox;
         combo->addItems(entry.choices());
         combo->setCurrentIndex(static_cast<int>(entry.choices().indexOf(entry.storedText())));
+        combo->setFocusPolicy(Qt::StrongFocus);
+        combo->installEventFilter(this);
         editor = combo;
     } else {
         const bool isDate = !isFixed && entry.format() == gis::FieldFormat::Date;
@@ -102,17 +117,28 @@ QString RowControl::textOf(const QWidget& editor)
     return static_cast<const QLineEdit&>(editor).text();
 }
 
-// The first editor that can be written in.
-void RowControl::focusInEvent(QFocusEvent* event)
+// The first editor that can be written in, else the first.
+void RowControl::takeFocusByFirstEditor()
 {
+    if (!m_lines.empty())
+        setFocusProxy(m_lines.front().editor);
     for (const Line& line : m_lines) {
         const auto* edit = qobject_cast<QLineEdit*>(line.editor);
         if (!edit || !edit->isReadOnly()) {
-            line.editor->setFocus(event->reason());
+            setFocusProxy(line.editor);
             return;
         }
     }
-    QScrollArea::focusInEvent(event);
+}
+
+// The wheel scrolls the form: over a list it would change a value that nobody meant.
+bool RowControl::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Wheel) {
+        event->ignore();
+        return true;
+    }
+    return QScrollArea::eventFilter(watched, event);
 }
 
 bool RowControl::refuse(const Line& line, bool showMessages, int message)
@@ -128,8 +154,10 @@ bool RowControl::refuse(const Line& line, bool showMessages, int message)
 
 bool RowControl::commit(bool showMessages)
 {
-    std::vector<std::pair<int, orv::CPolyValue>> changed;
-    for (const Line& line : m_lines) {
+    if (!m_isEditable)
+        return true; // only shown
+    std::vector<std::pair<Line*, orv::CPolyValue>> changed;
+    for (Line& line : m_lines) {
         if (line.entry.isPredefined())
             continue;
         const auto value = line.entry.valueOf(textOf(*line.editor));
@@ -138,14 +166,16 @@ bool RowControl::commit(bool showMessages)
         if (value->IsEmpty() && line.entry.isRequired())
             return refuse(line, showMessages, texts::FieldRequired);
         if (*value != line.entry.storedValue())
-            changed.emplace_back(line.entry.fieldIndex(), *value);
+            changed.emplace_back(&line, *value);
     }
     if (changed.empty())
         return true;
     Library& library = *Library::of(m_library);
     const orv::ChangeStep step(library.changes(), orv::String("Attributi dell'entità"));
-    for (auto& [field, value] : changed)
-        m_library->SetRowValue(m_row, field, value);
+    for (auto& [line, value] : changed) {
+        m_library->SetRowValue(m_row, line->entry.fieldIndex(), value);
+        line->entry.setStored(value, textOf(*line->editor));
+    }
     library.markModified();
     return true;
 }

@@ -24,19 +24,21 @@ public:
     bool commit(bool showMessages);
 
 protected:
-    void focusInEvent(QFocusEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Line {
         RowEntry entry;
         QWidget* editor;
     };
-    [[nodiscard]] static QWidget* makeEditor(const RowEntry& entry, bool isEditable);
+    [[nodiscard]] QWidget* makeEditor(const RowEntry& entry);
+    void takeFocusByFirstEditor();
     [[nodiscard]] static QString textOf(const QWidget& editor);
     bool refuse(const Line& line, bool showMessages, int message);
 
     gis::CLibGis* m_library;
     orv::CResultRow* m_row;
+    bool m_isEditable;
     std::vector<Line> m_lines;
 };
 

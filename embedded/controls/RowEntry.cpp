@@ -16,6 +16,8 @@ namespace embedded {
 
 namespace {
 
+constexpr double LeastUndefined = 8.5e199; // from here up a number means "none"
+
 bool isSet(const orv::CPolyValue& bound)
 {
     switch (bound.GetType()) {
@@ -82,14 +84,20 @@ bool RowEntry::isInside(double value) const
 std::optional<orv::CPolyValue> RowEntry::numberOf(const QString& text) const
 {
     const double number = DoubleDaString(text.toStdString());
-    if (number == orv::UnsetDecimal || !std::isfinite(number) || !isInside(number))
+    if (number >= LeastUndefined || !std::isfinite(number) || !isInside(number))
         return std::nullopt;
     if (m_format == gis::FieldFormat::Decimal)
         return orv::CPolyValue(number);
     if (std::trunc(number) != number || number < std::numeric_limits<int>::min()
-        || number >= orv::UnsetInteger)
+        || number > std::numeric_limits<int>::max())
         return std::nullopt;
     return orv::CPolyValue(static_cast<int>(number));
+}
+
+void RowEntry::setStored(const orv::CPolyValue& value, const QString& text)
+{
+    m_stored = value;
+    m_storedText = text;
 }
 
 std::optional<orv::CPolyValue> RowEntry::valueOf(const QString& text) const

@@ -32,6 +32,8 @@ public:
     /// not changed. Nothing for a text that is wrong (no number, no real day, outside the bounds).
     [[nodiscard]] std::optional<orv::CPolyValue> valueOf(const QString& text) const;
     [[nodiscard]] const orv::CPolyValue& storedValue() const { return m_stored; }
+    /// The value was written: from now on it is the stored one, shown as `text`.
+    void setStored(const orv::CPolyValue& value, const QString& text);
 
 private:
     [[nodiscard]] QString textOf(const orv::CPolyValue& value) const;

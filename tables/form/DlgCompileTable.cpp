@@ -10,8 +10,7 @@
 
 #include "ui_CDlgCompileTable.h"
 
-#include <QGuiApplication>
-#include <QScreen>
+#include <algorithm>
 
 namespace {
 
@@ -21,6 +20,7 @@ constexpr const char* HeightKey = "DlgCompileTableHeight";
 constexpr int UsualWidthPixels = 519;
 constexpr int UsualHeightPixels = 488;
 constexpr QSize LeastSizePixels(220, 100);
+constexpr long MostPixels = 16384; // beyond any screen: a spoiled file must not ask for gigabytes
 constexpr int ControlId = 1000;
 
 } // namespace
@@ -68,8 +68,10 @@ void CDlgCompileTable::takeSavedSize()
 {
     const CIniFile settings;
     setMinimumSize(LeastSizePixels);
-    resize(static_cast<int>(settings.GetLong(Section, WidthKey, UsualWidthPixels)),
-        static_cast<int>(settings.GetLong(Section, HeightKey, UsualHeightPixels)));
+    const auto saved = [&settings](const char* key, int usual) {
+        return static_cast<int>(std::clamp(settings.GetLong(Section, key, usual), 1L, MostPixels));
+    };
+    resize(saved(WidthKey, UsualWidthPixels), saved(HeightKey, UsualHeightPixels));
 }
 
 void CDlgCompileTable::saveSize() const
@@ -85,14 +87,13 @@ void CDlgCompileTable::showEvent(QShowEvent* event)
     if (m_isPlaced)
         return;
     m_isPlaced = true;
-    const QWidget* above = parentWidget() ? parentWidget()->window() : nullptr;
-    const QRect place = above ? above->geometry() : screen()->availableGeometry();
-    if (above)
-        move(place.center() - rect().center());
+    // Without a parent it is placed over the active window, or in the middle of the screen.
+    if (parentWidget())
+        move(parentWidget()->window()->geometry().center() - rect().center());
 }
 
 void CDlgCompileTable::accept()
 {
-    if (!m_control || GisTableCtrl_Commit(m_control, true))
+    if (GisTableCtrl_Commit(m_control, true))
         QDialog::accept();
 }

@@ -9,7 +9,6 @@
 #include "kit/Form.h"
 #include "kit/Icons.h"
 #include "kit/ItemLists.h"
-#include "kit/MessageBox.h"
 #include "kit/ModalRun.h"
 #include "kit/texts/QtText.h"
 #include "kit/texts/TextLoader.h"
@@ -21,11 +20,13 @@
 #include <QStandardItemModel>
 
 #include <algorithm>
+#include <utility>
 
 CDlgTableList::CDlgTableList(QWidget* parent)
     : CToolBarDialog(parent)
     , m_ui(std::make_unique<Ui::CDlgTableList>())
     , m_rows(new QStandardItemModel(0, 1, this))
+    , m_delegate(new tables::CNameDelegate(this))
 {
     m_ui->setupUi(this);
     m_rows->setHorizontalHeaderLabels({ kit::text(texts::ColumnName) });
@@ -37,15 +38,12 @@ CDlgTableList::CDlgTableList(QWidget* parent)
     list.setUniformItemSizes(true); // thousands of tables are laid out at once
     list.setTextElideMode(Qt::ElideRight);
     list.installEventFilter(this);
-    auto* delegate = new tables::CNameDelegate(this);
-    list.setItemDelegate(delegate);
+    list.setItemDelegate(m_delegate);
     kit::prepareDialog(*this, "CDlgTableList", { 274, 180 }, 0);
     makeToolBar({ { New, "new" }, { Delete, "delete" }, { Rename, "rename" },
         { Properties, "properties" }, { Show, "show" } });
-    // Queued: the list is filled anew, and the editor must be done with first.
-    connect(delegate, &tables::CNameDelegate::edited, this, &CDlgTableList::onEdited,
-        Qt::QueuedConnection);
-    connect(&list, &QListView::doubleClicked, this, &CDlgTableList::onProperties);
+    connect(m_delegate, &tables::CNameDelegate::edited, this, &CDlgTableList::onEdited);
+    connect(&list, &QListView::doubleClicked, this, &CDlgTableList::accept);
     connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this,
         &CDlgTableList::updateCommands);
     list.setFocus();
@@ -115,25 +113,34 @@ bool CDlgTableList::isCommandEnabled(int command) const
     return command == New || selectedRow() >= 0;
 }
 
+// A click on the bar leaves the focus in a name being edited: that edit ends first, as it would
+// under the command's own window. The table is kept by its handle, for the rows may be others then.
 void CDlgTableList::runCommand(int command)
 {
+    const int row = selectedRow();
+    gis::CDBTable* const table = row < 0 ? nullptr : tableOf(row);
+    endEditing();
+    if (command == New)
+        return onNew();
+    if (!table)
+        return;
     switch (command) {
-    case New:
-        onNew();
-        break;
     case Delete:
-        onDelete();
-        break;
+        return onDelete(table);
     case Rename:
-        onRename();
-        break;
+        return onRename(table, m_library->GetTableName(table));
     case Properties:
-        onProperties();
+        FDlgTableEditGIS(m_library, table);
         break;
     default:
-        onShow();
+        FDlgShowTableGIS(m_library, table);
         break;
     }
+}
+
+void CDlgTableList::accept()
+{
+    runCommand(Properties);
 }
 
 void CDlgTableList::onNew()
@@ -150,16 +157,12 @@ void CDlgTableList::onNew()
 }
 
 // Asked first, refused second: a user who says no need not learn why it would not go.
-void CDlgTableList::onDelete()
+void CDlgTableList::onDelete(gis::CDBTable* table)
 {
-    const int row = selectedRow();
-    if (row < 0)
-        return;
     const kit::Message question { texts::DeleteTable, std::nullopt, kit::BoxButtons::YesNo,
         texts::Attention, kit::BoxIcon::Information };
     if (FMessageBox(this, question) != kit::Answer::Yes)
         return;
-    gis::CDBTable* table = tableOf(row);
     if (m_library->IsTableUsedByThemes(table)) {
         FMessageBox(this, kit::Message { texts::TableInUse });
         return;
@@ -169,58 +172,64 @@ void CDlgTableList::onDelete()
     m_library->SetModifiedFlag(true);
 }
 
-void CDlgTableList::onRename()
+void CDlgTableList::onRename(gis::CDBTable* table, const orv::String& oldName)
 {
-    const int row = selectedRow();
-    if (row < 0)
-        return;
     CDlgInputNameTable dialog;
-    dialog.Init(m_library, nameOf(row));
+    dialog.Init(m_library, oldName);
     if (!kit::runModal(dialog))
         return;
     orv::String name;
     dialog.GetName(name);
-    rename(row, name);
+    rename(table, name);
+    fill();
 }
 
-void CDlgTableList::rename(int row, const orv::String& name)
+void CDlgTableList::rename(gis::CDBTable* table, const orv::String& name)
 {
-    m_library->SetTableName(tableOf(row), name);
-    fill();
+    m_library->SetTableName(table, name);
     m_library->SetModifiedFlag(true);
 }
 
+// The library is changed now; the rows and the message wait until the editor is gone, which would
+// not survive them.
 void CDlgTableList::onEdited(const QModelIndex& index, const QString& text)
 {
-    const orv::String name = kit::fromQt(text);
-    if (const auto refusal = tables::refusalOfTableName(*m_library, nameOf(index.row()), name)) {
-        FMessageBox(this, *refusal);
+    if (m_isEditEnding) // the editor lost the focus while it was being closed
         return;
-    }
-    rename(index.row(), name);
+    m_isEditEnding = true;
+    const orv::String name = kit::fromQt(text);
+    m_editRefusal = tables::refusalOfTableName(*m_library, nameOf(index.row()), name);
+    if (!m_editRefusal)
+        rename(tableOf(index.row()), name);
+    QMetaObject::invokeMethod(this, &CDlgTableList::finishEdit, Qt::QueuedConnection);
 }
 
-void CDlgTableList::onProperties()
+void CDlgTableList::finishEdit()
 {
-    if (const int row = selectedRow(); row >= 0)
-        FDlgTableEditGIS(m_library, tableOf(row));
+    if (!std::exchange(m_isEditEnding, false))
+        return; // done already, before a command
+    if (const auto refusal = std::exchange(m_editRefusal, std::nullopt))
+        FMessageBox(this, *refusal);
+    else
+        fill();
 }
 
-void CDlgTableList::onShow()
+void CDlgTableList::endEditing()
 {
-    if (const int row = selectedRow(); row >= 0)
-        FDlgShowTableGIS(m_library, tableOf(row));
+    m_delegate->commitOpenEditor();
+    finishEdit();
 }
 
 bool CDlgTableList::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_ui->id2000 && event->type() == QEvent::KeyPress && selectedRow() >= 0) {
+    if (watched == m_ui->id2000 && event->type() == QEvent::KeyPress && !m_delegate->isEditing()
+        && selectedRow() >= 0) {
         switch (static_cast<QKeyEvent*>(event)->key()) {
         case Qt::Key_F2:
             m_ui->id2000->edit(m_rows->index(selectedRow(), 0));
             return true;
         case Qt::Key_Delete:
-            onDelete();
+            runCommand(Delete);
             return true;
         default:
             break;
@@ -229,12 +238,12 @@ bool CDlgTableList::eventFilter(QObject* watched, QEvent* event)
     return CToolBarDialog::eventFilter(watched, event);
 }
 
-// Enter is for the structure of the selected table and never closes the window. A name's editor
-// takes its own.
+// Enter is for the structure of the selected table; in a name's editor it ends the edit.
 void CDlgTableList::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        onProperties();
-    else
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter)
         CToolBarDialog::keyPressEvent(event);
+    else if (!m_delegate->isEditing())
+        accept();
 }

@@ -2,15 +2,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "kit/MessageBox.h"
 #include "kit/ToolBarDialog.h"
 
 #include "host/gis/LibGis.h"
 
 #include <memory>
+#include <optional>
 
 class QStandardItemModel;
 namespace Ui {
 class CDlgTableList;
+}
+namespace tables {
+class CNameDelegate;
 }
 
 /// "Gestione tabelle": all tables of the library, to be created, deleted, renamed, structured and
@@ -28,6 +33,9 @@ public:
     void SetLibGis(gis::CLibGis* library);
     bool GetToolTipText(int position, int command, orv::String& text) override;
 
+    /// Enter: the structure of the selected table. Never closes the window.
+    void accept() override;
+
 protected:
     void runCommand(int command) override;
     [[nodiscard]] bool isCommandEnabled(int command) const override;
@@ -40,15 +48,17 @@ private:
     [[nodiscard]] gis::CDBTable* tableOf(int row) const;
     [[nodiscard]] orv::String nameOf(int row) const;
     void onNew();
-    void onDelete();
-    void onRename();
-    void onProperties();
-    void onShow();
+    void onDelete(gis::CDBTable* table);
+    void onRename(gis::CDBTable* table, const orv::String& oldName);
     void onEdited(const QModelIndex& index, const QString& text);
-    void rename(int row, const orv::String& name);
+    void endEditing();
+    void finishEdit();
+    void rename(gis::CDBTable* table, const orv::String& name);
 
     std::unique_ptr<Ui::CDlgTableList> m_ui;
     gis::CLibGis* m_library = nullptr;
     QStandardItemModel* m_rows;
-    bool m_isFilled = false;
+    tables::CNameDelegate* m_delegate;
+    bool m_isEditEnding = false;
+    std::optional<kit::Message> m_editRefusal;
 };

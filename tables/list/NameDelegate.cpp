@@ -14,6 +14,7 @@ QWidget* CNameDelegate::createEditor(
     auto* edit = new QLineEdit(parent);
     edit->setMaxLength(std::numeric_limits<int>::max()); // a long name must come back whole
     edit->setAccessibleName(QStringLiteral("Nome"));
+    m_editor = edit;
     return edit;
 }
 
@@ -22,6 +23,23 @@ void CNameDelegate::setModelData(
 {
     if (const auto* edit = qobject_cast<QLineEdit*>(editor))
         Q_EMIT edited(index, edit->text());
+}
+
+void CNameDelegate::destroyEditor(QWidget* editor, const QModelIndex& index) const
+{
+    if (editor == m_editor)
+        m_editor.clear(); // it lives on until the events have run
+    QStyledItemDelegate::destroyEditor(editor, index);
+}
+
+void CNameDelegate::commitOpenEditor()
+{
+    if (!m_editor)
+        return;
+    const QPointer<QWidget> editor = m_editor;
+    Q_EMIT commitData(editor);
+    if (editor)
+        Q_EMIT closeEditor(editor);
 }
 
 } // namespace tables

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QPointer>
 #include <QStyledItemDelegate>
 
 namespace tables {
@@ -14,13 +15,21 @@ class CNameDelegate final : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    [[nodiscard]] bool isEditing() const { return !m_editor.isNull(); }
+    /// Ends the open edit as if the user had gone elsewhere.
+    void commitOpenEditor();
+
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
         const QModelIndex& index) const override;
     void setModelData(
         QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+    void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
 
 Q_SIGNALS:
     void edited(const QModelIndex& index, const QString& text) const;
+
+private:
+    mutable QPointer<QWidget> m_editor;
 };
 
 } // namespace tables

@@ -3,6 +3,7 @@
 #include "tables/form/DlgCompileTable.h"
 
 #include "kit/ModalRun.h"
+#include "tematica/Dialogs.h"
 #include "tests/support/RecordingLibrary.h"
 #include "tests/support/ui/ModalDriver.h"
 
@@ -12,6 +13,7 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QStyle>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -123,6 +125,54 @@ TEST_F(DlgCompileTableTest, TheControlTakesTheRoomAndTheButtonsStayTogetherInThe
     dialog->resize(400, 300);
     QApplication::processEvents();
     EXPECT_EQ(dialog->height() - ui::at<QWidget>(*dialog, 1).geometry().bottom(), below);
+}
+
+TEST_F(DlgCompileTableTest, StandsInTheMiddleOfItsParent)
+{
+    QWidget parent;
+    parent.setGeometry(100, 60, 640, 620);
+    parent.show();
+    gis::CTheme* theme = library.GetTheme(0);
+    CDlgCompileTable dialog(&library, theme, library.GetRow(library.GetEnt(theme, 0)), &parent);
+    dialog.show();
+    QApplication::processEvents();
+    const QPoint off = dialog.frameGeometry().center() - parent.frameGeometry().center();
+    EXPECT_LE(off.manhattanLength(), 4);
+}
+
+TEST_F(DlgCompileTableTest, ASpoiledSizeInTheSettingsMakesNoImpossibleWindow)
+{
+    CIniFile settings;
+    settings.WriteString("DatiDlgGIS", "DlgCompileTableWidth", "2000000000");
+    settings.WriteString("DatiDlgGIS", "DlgCompileTableHeight", "-7");
+    gis::CTheme* theme = library.GetTheme(0);
+    CDlgCompileTable dialog(&library, theme, library.GetRow(library.GetEnt(theme, 0)));
+    EXPECT_LE(dialog.width(), 16384);
+    EXPECT_EQ(dialog.height(), 100);
+}
+
+TEST_F(DlgCompileTableTest, TheButtonsKeepAWideGap)
+{
+    const auto dialog = make();
+    const int gap = ui::at<QWidget>(*dialog, 2).geometry().left()
+        - ui::at<QWidget>(*dialog, 1).geometry().right() - 1;
+    EXPECT_GE(gap, dialog->style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing) + 10);
+    dialog->resize(900, 500);
+    QApplication::processEvents();
+    EXPECT_EQ(ui::at<QWidget>(*dialog, 2).geometry().left()
+            - ui::at<QWidget>(*dialog, 1).geometry().right() - 1,
+        gap);
+}
+
+TEST_F(DlgCompileTableTest, TheFunctionAnswersTrueForOkOnly)
+{
+    gis::CTheme* theme = library.GetTheme(0);
+    orv::CResultRow* row = library.GetRow(library.GetEnt(theme, 0));
+    for (const int button : { 1, 2 }) {
+        ui::CModalDriver driver;
+        driver.dialog("CDlgCompileTable", [&](QDialog& dialog) { ui::press(dialog, button); });
+        EXPECT_EQ(FDlgCompileTableGIS(&library, theme, row), button == 1);
+    }
 }
 
 } // namespace

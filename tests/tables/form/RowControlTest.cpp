@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QTest>
+#include <QWheelEvent>
 
 using orv::CPolyValue;
 
@@ -191,6 +192,104 @@ TEST_F(RowControlTest, ALongTableScrollsAndTabFollowsItsFields)
     }
     QApplication::processEvents();
     EXPECT_FALSE(edit(59).visibleRegion().isEmpty());
+}
+
+TEST_F(RowControlTest, ShiftTabGoesBackOutOfTheFields)
+{
+    open();
+    QLineEdit before(&window);
+    before.show();
+    QWidget::setTabOrder(&before, control);
+    edit(2).setFocus();
+    for (int step = 0; step < 4 && QApplication::focusWidget() != &before; ++step)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    EXPECT_EQ(QApplication::focusWidget(), &before) << "the first field must not hold the focus";
+}
+
+TEST_F(RowControlTest, CommittingAgainWritesOnlyWhatChangedSince)
+{
+    open();
+    edit(0).setText(QStringLiteral("Via Po"));
+    EXPECT_TRUE(GisTableCtrl_Commit(control, true));
+    changes.Clear();
+    EXPECT_TRUE(GisTableCtrl_Commit(control, true));
+    EXPECT_FALSE(changes.CanUndo());
+    edit(0).setText(QStringLiteral("Via Roma"));
+    EXPECT_TRUE(GisTableCtrl_Commit(control, true));
+    EXPECT_EQ(value(0), CPolyValue("Via Roma"));
+}
+
+TEST_F(RowControlTest, NumbersAreTakenUpToTheirLimitsAndNoFurther)
+{
+    open("table T (n integer, d decimal 2); rows T: (1, 1)");
+    for (const char* text : { "2147483647", "-2147483648", "+7", " 12 ", "0" }) {
+        edit(0).setText(QString::fromUtf8(text));
+        EXPECT_TRUE(GisTableCtrl_Commit(control, false)) << text;
+    }
+    for (const char* text : { "2147483648", "-2147483649", "2.5", "2,5", "0x10", "1 2" }) {
+        edit(0).setText(QString::fromUtf8(text));
+        EXPECT_FALSE(GisTableCtrl_Commit(control, false)) << text;
+        EXPECT_EQ(edit(0).text(), QString::fromUtf8(text));
+    }
+    edit(0).setText(QStringLiteral("1"));
+    for (const char* text : { "1.7e200", "9e250", "nan", "inf", "1.234,5" }) {
+        edit(1).setText(QString::fromUtf8(text));
+        EXPECT_FALSE(GisTableCtrl_Commit(control, false)) << text << " means no value elsewhere";
+    }
+}
+
+TEST_F(RowControlTest, NamesOfFieldsAreShownAsTheyAreAndDoNotPushTheEditorsAway)
+{
+    const std::string longName(10000, 'n');
+    open(("table T (\"R & S\" text, \"<b>%s</b>\" text, \"" + longName
+        + "\" text); rows T: ('a', 'b', 'c')")
+             .c_str());
+    const auto labels = control->findChildren<QLabel*>();
+    ASSERT_GE(labels.size(), 3);
+    EXPECT_EQ(labels[0]->text(), QStringLiteral("R & S"));
+    EXPECT_EQ(labels[0]->buddy(), nullptr) << "an ampersand would be an access key";
+    EXPECT_EQ(labels[1]->text(), QStringLiteral("<b>%s</b>"));
+    EXPECT_EQ(labels[1]->textFormat(), Qt::PlainText);
+    EXPECT_LT(edit(2).mapTo(control, QPoint()).x(), 300);
+    EXPECT_EQ(edit(2).accessibleName().toStdString(), longName);
+}
+
+TEST_F(RowControlTest, TheWheelScrollsAndChangesNoValue)
+{
+    open();
+    for (const int field : { 1, 4 }) {
+        combo(field).setFocus();
+        const int before = combo(field).currentIndex();
+        for (const int way : { 120, -120 }) {
+            QWheelEvent wheel(QPointF(5, 5), combo(field).mapToGlobal(QPointF(5, 5)), {},
+                QPoint(0, way), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(&combo(field), &wheel);
+            EXPECT_EQ(combo(field).currentIndex(), before);
+        }
+    }
+}
+
+TEST_F(RowControlTest, AControlToReadOnlyHoldsNobodyUp)
+{
+    open("table T (nome text required, tipo list ('A')); rows T: (-, 'A')");
+    QWidget* reader = GisTableCtrl_Create(
+        library.get(), library->GetTable(0), row, QRect(0, 0, 200, 100), &window, 1001, false);
+    for (auto* field : reader->findChildren<QLineEdit*>())
+        EXPECT_TRUE(field->isReadOnly());
+    EXPECT_TRUE(GisTableCtrl_Commit(reader, true)) << "there is nothing to write";
+    GisTableCtrl_Destroy(reader);
+}
+
+TEST_F(RowControlTest, LongAndOddTextsComeBackWhole)
+{
+    open();
+    const QString odd[] = { QString(10000, QLatin1Char('x')), QStringLiteral("%s %1"),
+        QStringLiteral("<b>&amp;</b> &"), QString::fromUtf8("\xF0\x9F\x98\x80") };
+    for (const QString& text : odd) {
+        edit(0).setText(text);
+        EXPECT_TRUE(GisTableCtrl_Commit(control, true));
+        EXPECT_EQ(kit::toQt(value(0).GetStringValue()), text);
+    }
 }
 
 TEST(RowControlWithoutARowTest, IsNoControl)

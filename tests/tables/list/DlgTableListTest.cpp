@@ -3,6 +3,7 @@
 #include "tables/list/DlgTableList.h"
 
 #include "kit/texts/QtText.h"
+#include "tematica/Dialogs.h"
 #include "tests/support/RecordingLibrary.h"
 #include "tests/support/ui/ModalDriver.h"
 
@@ -272,6 +273,133 @@ TEST_F(DlgTableListTest, ClosingIsCancelling)
     EXPECT_EQ(dialog->result(), QDialog::Rejected);
 }
 
+/// A name being typed when a command is chosen: the click leaves the focus in the edit.
+class CommandDuringAnEditTest : public DlgTableListTest {
+protected:
+    void typeInPlace(const QString& name)
+    {
+        select(0);
+        QTest::keyClick(&list(), Qt::Key_F2);
+        QLineEdit* edit = nullptr;
+        for (auto* found : list().viewport()->findChildren<QLineEdit*>())
+            if (found->isVisible())
+                edit = found;
+        ASSERT_NE(edit, nullptr);
+        edit->setText(name);
+    }
+};
+
+TEST_F(CommandDuringAnEditTest, DeletesTheTableThatWasSelectedWhereverItsNewNameStands)
+{
+    open("table alfa (a text); table Beta (n integer); table Zeta (a text)");
+    typeInPlace(QStringLiteral("zz"));
+    ui::CModalDriver driver;
+    // The edit must not be applied under the question: the rows would be others afterwards.
+    driver.box(DeleteQuestion, kit::Answer::Yes, [](QMessageBox&) { QTest::qWait(50); });
+    ui::press(*dialog, CDlgTableList::Delete);
+    QApplication::processEvents();
+
+    EXPECT_EQ(names(), QStringLiteral("Beta Zeta"));
+}
+
+TEST_F(CommandDuringAnEditTest, RenamesTheTableThatWasSelected)
+{
+    open("table alfa (a text); table Beta (n integer); table Zeta (a text)");
+    typeInPlace(QStringLiteral("zz"));
+    ui::CModalDriver driver;
+    driver.dialog("CDlgInputNameTable", [](QDialog& window) {
+        QTest::qWait(50);
+        EXPECT_EQ(ui::at<QLineEdit>(window, 2001).text(), QStringLiteral("zz"));
+        ui::type(window, 2001, QStringLiteral("Omega"));
+        ui::press(window, 1);
+    });
+    ui::press(*dialog, CDlgTableList::Rename);
+    QApplication::processEvents();
+
+    EXPECT_EQ(names(), QStringLiteral("Beta Omega Zeta"));
+}
+
+TEST_F(CommandDuringAnEditTest, ARefusedNameIsToldBeforeTheCommandAndTheOldOneStays)
+{
+    open("table alfa (a text); table Beta (n integer)");
+    typeInPlace(QStringLiteral("beta"));
+    ui::CModalDriver driver;
+    driver.box(NameUsed, kit::Answer::Ok);
+    driver.dialog("CDlgShowTable", [](QDialog& grid) { ui::press(grid, 2); });
+    ui::press(*dialog, CDlgTableList::Show);
+    EXPECT_EQ(names(), QStringLiteral("alfa Beta"));
+}
+
+TEST_F(DlgTableListTest, ANameInPlaceIsTheLibrarysBeforeTheNextEvent)
+{
+    open();
+    select(0);
+    QTest::keyClick(&list(), Qt::Key_F2);
+    QAbstractItemDelegate* delegate = list().itemDelegate();
+    QLineEdit edit;
+    edit.setText(QStringLiteral("Acqua"));
+    delegate->setModelData(&edit, list().model(), list().model()->index(0, 0));
+    EXPECT_EQ(library->callsOf("SetTableName"),
+        std::vector<std::string> { "SetTableName(alfa, 'Acqua')" });
+}
+
+TEST_F(DlgTableListTest, EscapeInAnEditLeavesTheNameAndTheWindow)
+{
+    open();
+    select(0);
+    QTest::keyClick(&list(), Qt::Key_F2);
+    for (auto* edit : list().viewport()->findChildren<QLineEdit*>())
+        if (edit->isVisible()) {
+            edit->setText(QStringLiteral("altro"));
+            QTest::keyClick(edit, Qt::Key_Escape);
+            break;
+        }
+    QApplication::processEvents();
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_TRUE(library->changes().empty());
+    EXPECT_TRUE(isEnabled(CDlgTableList::Show)) << "the row is still selected";
+}
+
+TEST_F(DlgTableListTest, AnythingIsANameAndIsShownAsItIs)
+{
+    const QString odd[]
+        = { QStringLiteral("%s %1 %n"), QStringLiteral("<b>x</b>"), QStringLiteral("A & B"),
+              QString::fromUtf8("\xF0\x9F\x98\x80 città"), QStringLiteral("31/02/2020"),
+              QStringLiteral("99999999999"), QString(10000, QLatin1Char('x')) };
+    for (const QString& name : odd) {
+        SCOPED_TRACE(name.left(20).toStdString());
+        open("table alfa (a text)");
+        ui::CModalDriver driver;
+        driver.dialog("CDlgInputNameTable", [&](QDialog& window) {
+            ui::at<QLineEdit>(window, 2001).setText(name);
+            ui::press(window, 1);
+        });
+        run(CDlgTableList::New);
+        const int row = list().model()->index(0, 0).data() == QStringLiteral("alfa") ? 1 : 0;
+        EXPECT_EQ(list().model()->index(row, 0).data().toString(), name);
+        EXPECT_NE(library->FindTable(kit::fromQt(name)), nullptr);
+        select(row);
+        rename(name + QLatin1Char('2'));
+        EXPECT_NE(library->FindTable(kit::fromQt(name + QLatin1Char('2'))), nullptr);
+    }
+}
+
+TEST_F(DlgTableListTest, TheFunctionAnswersFalseAlsoAfterChanges)
+{
+    CRecordingLibrary town(std::string_view { Town });
+    ui::CModalDriver driver;
+    driver.dialog("CDlgTableList", [](QDialog& window) {
+        ui::press(window, CDlgTableList::New);
+        window.close();
+    });
+    driver.dialog("CDlgInputNameTable", [](QDialog& window) {
+        ui::type(window, 2001, QStringLiteral("Nuova"));
+        ui::press(window, 1);
+    });
+    EXPECT_FALSE(FDlgTableListGIS(&town));
+    EXPECT_NE(town.FindTable("Nuova"), nullptr);
+}
+
 TEST_F(DlgTableListTest, TwoThousandTablesAreListedAndSelected)
 {
     std::string notation;
@@ -281,6 +409,10 @@ TEST_F(DlgTableListTest, TwoThousandTablesAreListedAndSelected)
     ASSERT_EQ(list().model()->rowCount(), 2000);
     list().setCurrentIndex(list().model()->index(1999, 0));
     EXPECT_TRUE(isEnabled(CDlgTableList::Show));
+    EXPECT_EQ(list().model()->index(1, 0).data().toString(), QStringLiteral("t1"));
+    EXPECT_TRUE(
+        list().viewport()->rect().intersects(list().visualRect(list().model()->index(1999, 0))))
+        << "the row is scrolled to";
 }
 
 } // namespace
