@@ -42,6 +42,9 @@ QString sentenceOf(ErrorCode code)
         return QStringLiteral("\"%1\" è di sola lettura: usare \"Salva con nome\".");
     case ErrorCode::WriteFailed:
         return QStringLiteral("Impossibile scrivere \"%1\": %2.");
+    case ErrorCode::OtherProgramsFile:
+        return QStringLiteral("Il file \"%1\" è di un altro programma e non viene modificato: "
+                              "salvare con un altro nome.");
     case ErrorCode::DiskFull:
         return QStringLiteral("Non c'è più spazio sul disco per scrivere \"%1\".");
     case ErrorCode::FolderNotFound:
@@ -92,7 +95,8 @@ QString lineOf(FindingCode code)
     case FindingCode::ShxMissing:
         return QStringLiteral("Manca il file .shx: le entità sono state lette dal file .shp.");
     case FindingCode::ShxDisagrees:
-        return QStringLiteral("Il file .shx non corrisponde al file .shp (%2).");
+        return QStringLiteral(
+            "Il file .shx non corrisponde al file .shp: le entità sono state lette dal file .shp.");
     case FindingCode::RowsMissing:
         return QStringLiteral("%3 entità senza riga nella tabella: restano senza valori.");
     case FindingCode::ShapesMissing:
@@ -100,12 +104,13 @@ QString lineOf(FindingCode code)
     case FindingCode::RecordsDeleted:
         return QStringLiteral("%3 righe marcate come cancellate: non sono state importate.");
     case FindingCode::ShapeUnreadable:
-        return QStringLiteral("La forma dell'entità %4 non è leggibile (%2).");
+        return QStringLiteral(
+            "La forma dell'entità %4 non è leggibile: la sua riga resta senza forma.");
     case FindingCode::RecordLengthWrong:
         return QStringLiteral(
             "La lunghezza dell'entità %4 nel file .shp è errata: letta secondo i suoi conteggi.");
     case FindingCode::ShpSizeDisagrees:
-        return QStringLiteral("La lunghezza del file .shp non corrisponde al contenuto (%2).");
+        return QStringLiteral("La lunghezza del file .shp non corrisponde al contenuto.");
     case FindingCode::RowCountDisagrees:
         return QStringLiteral("Il file .dbf contiene %3 righe, l'intestazione ne dichiara %2.");
     case FindingCode::ShapeTypeOther:
@@ -123,7 +128,7 @@ QString lineOf(FindingCode code)
     case FindingCode::FieldRenamed:
         return QStringLiteral("Il campo \"%2\" si chiama ora \"%1\".");
     case FindingCode::FieldTypeTaken:
-        return QStringLiteral("Il campo \"%1\" è stato letto come %2.");
+        return QStringLiteral("Il formato del campo \"%1\" è stato dedotto dai suoi valori.");
     case FindingCode::MemoMissing:
         return QStringLiteral("Manca il file delle note del campo \"%1\".");
     case FindingCode::ReferenceSystemUnknown:
@@ -148,7 +153,7 @@ QString lineOf(FindingCode code)
     case FindingCode::DateCut:
         return QStringLiteral("%3 date del campo \"%1\" non sono rappresentabili.");
     case FindingCode::FormatChanged:
-        return QStringLiteral("Il campo \"%1\" è stato scritto come %2.");
+        return QStringLiteral("La lista \"%1\" è stata scritta come testo.");
     case FindingCode::ReferenceSystemMissing:
         return QStringLiteral("Il tema non ha un sistema di riferimento: manca il file .prj.");
     case FindingCode::CoordinateDropped:

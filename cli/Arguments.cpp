@@ -54,6 +54,18 @@ CLI::Validator namedPath()
         [](std::string& text) { return text.empty() ? "an empty path" : std::string(); }, "");
 }
 
+/// A whole number from 0.
+CLI::Validator wholeFromZero()
+{
+    return CLI::Validator(
+        [](std::string& text) {
+            const bool isNumber
+                = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+            return isNumber ? std::string() : "'" + text + "' is no number of rows: give 0 or more";
+        },
+        "");
+}
+
 /// Takes the filter out of the words of a query, since it may begin with "-" as options do
 /// (-5 < Corsie); a stand-in keeps its place. Empty when there is none.
 std::optional<std::string> takeFilter(std::vector<std::string>& words)
@@ -99,8 +111,7 @@ void describeQuery(CLI::App& app, QueryArguments& arguments)
     app.add_option("--theme", arguments.theme, "theme to ask; not needed where there is one");
     app.add_flag("--count", arguments.isCountOnly, "only the number of entities found");
     app.add_option("--fields", arguments.fields, "only these fields, e.g. Nome,Tipo");
-    app.add_option("--limit", arguments.limit, "only the first so many")
-        ->check(CLI::NonNegativeNumber);
+    app.add_option("--limit", arguments.limit, "only the first so many")->check(wholeFromZero());
     app.add_option("--format", arguments.format, "table, csv, json or geojson")
         ->transform(byName(RowFormats))
         ->default_str("table");
@@ -134,6 +145,8 @@ void describeImport(CLI::App& app, ImportArguments& arguments)
         ->transform(byName(Conflicts))
         ->default_str("fail");
     app.add_flag("--strict", arguments.isStrict, "refuse files that give a warning");
+    app.add_option("--report", arguments.report,
+        "JSON file for all that was found: encoding, formats taken, warnings");
 }
 
 void describeExport(CLI::App& app, ExportArguments& arguments)
@@ -258,6 +271,15 @@ Arguments parseArguments(std::vector<std::string> words)
     describeExport(*exportApp, exports);
     describeRender(*renderApp, render);
 
+    if (!words.empty() && words.front().rfind('-', 0) != 0
+        && app.get_subcommands([&words](const CLI::App* command) {
+                  return command->get_name() == words.front();
+              })
+               .empty()) {
+        tell("there is no command '" + words.front()
+            + "'; give info, query, values, import, export or render (see: tematica --help)");
+        return Ended { WrongUsage };
+    }
     std::optional<std::string> filter;
     if (!words.empty() && words.front() == "query")
         filter = takeFilter(words);

@@ -45,6 +45,7 @@ struct ImportArguments {
     std::optional<std::string> pointDescription;
     OnConflict onConflict = OnConflict::Fail;
     bool isStrict = false;
+    std::optional<std::string> report;
 };
 
 struct ExportArguments {

@@ -9,6 +9,7 @@
 
 #include "embedded/model/Library.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <set>
 
@@ -31,7 +32,8 @@ Result<std::vector<gis::CTheme*>> chosenThemes(
         const auto theme = chooseTheme(library, arguments.file, name);
         if (!theme)
             return theme.error();
-        themes.push_back(theme.value());
+        if (std::find(themes.begin(), themes.end(), theme.value()) == themes.end())
+            themes.push_back(theme.value()); // once, however often it is named
     }
     if (themes.empty())
         return Error { ErrorCode::NoThemes, arguments.file, "" };
@@ -72,7 +74,7 @@ bool exportTheme(gis::CTheme& theme, const std::string& folder, const ExportArgu
         = embedded::exportShapefile(theme, folder, arguments.options, errorFlags, report);
     tellWarnings(report, theme.name.Bytes());
     const std::string failure = result ? std::string() : sentence(result.error());
-    reportFile.add(theme, path + ".shp", report, failure);
+    reportFile.add(theme.name.Bytes(), path + ".shp", report, failure);
     if (!result)
         tell(failure);
     else
@@ -93,6 +95,8 @@ int runExport(const ExportArguments& arguments)
     if (!themes)
         return fail(themes.error());
     const std::string folder = std::filesystem::absolute(arguments.folder).lexically_normal();
+    if (std::error_code ignored; !std::filesystem::is_directory(folder, ignored))
+        return fail({ ErrorCode::FolderNotFound, arguments.folder, "" });
     if (isInTheWay(themes.value(), folder, arguments))
         return Failed;
 

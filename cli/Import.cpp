@@ -1,19 +1,19 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
 #include "cli/Commands.h"
+#include "cli/Messages.h"
 #include "cli/Output.h"
 #include "cli/Progress.h"
 #include "cli/RenamingMerger.h"
+#include "cli/ReportFile.h"
 #include "cli/Source.h"
 
 #include "embedded/store/GeoPackage.h"
 
 #include "exchange/merge/RuleMergeDecider.h"
-#include "host/gis/Exchange.h"
 #include "host/base/Numbers.h"
 #include "tematica/GisMerger.h"
 
-#include <algorithm>
 #include <filesystem>
 
 namespace cli {
@@ -31,41 +31,49 @@ Result<std::unique_ptr<gis::CLibGis>> openForWriting(const std::string& path)
         return std::make_unique<gis::CLibGis>();
     embedded::Report report;
     auto library = embedded::openLibrary(path, embedded::OpenMode::Write, nullptr, report);
-    if (library)
-        tellWarnings(report, path);
+    if (!library)
+        return library;
+    tellWarnings(report, path);
+    if (embedded::libraryPath(*library.value()).empty())
+        return Error { ErrorCode::OtherProgramsFile, path, "" };
     return library;
 }
 
 /// Position of a name among a .dbf's fields: exact first, then ASCII case ignored.
-Result<int> fieldOf(const std::vector<orv::String>& names, const std::string& wanted)
+Result<int> fieldOf(const std::vector<std::string>& names, const std::string& wanted)
 {
     for (std::size_t i = 0; i < names.size(); ++i)
-        if (names[i].Bytes() == wanted)
+        if (names[i] == wanted)
             return static_cast<int>(i);
     for (std::size_t i = 0; i < names.size(); ++i)
-        if (orv::CompareIgnoreAsciiCase(names[i].View(), wanted) == 0)
+        if (orv::CompareIgnoreAsciiCase(names[i], wanted) == 0)
             return static_cast<int>(i);
     return Error { ErrorCode::UnknownField, wanted, "" };
 }
 
 /// The options for points; field names become positions in the .dbf.
-Result<TOpzImportShape> pointOptions(gis::CLibGis& library, const ImportArguments& arguments)
+Result<TOpzImportShape> pointOptions(const ImportArguments& arguments)
 {
     TOpzImportShape options;
     if (!arguments.pointName && !arguments.pointDescription)
         return options;
     options.createPoints = true;
-    std::vector<orv::String> names;
-    const std::string dbf = std::filesystem::path(arguments.file).replace_extension(".dbf");
-    if (!FGetFieldFromFileDbf(&library, orv::String(dbf), names))
-        return Error { ErrorCode::NoDbf, arguments.file, "" };
+    std::error_code ignored;
+    if (!std::filesystem::exists(arguments.file, ignored))
+        return Error { ErrorCode::FileNotFound, arguments.file, "" };
+    const auto names = embedded::dbfFieldNamesOf(
+        std::filesystem::path(arguments.file).replace_extension(".dbf"), arguments.encoding);
+    if (!names)
+        return names.error().code == ErrorCode::FileNotFound
+            ? Error { ErrorCode::NoDbf, arguments.file, "" }
+            : names.error();
     const std::pair<const std::optional<std::string>&, std::int32_t&> wanted[]
         = { { arguments.pointName, options.nameField },
               { arguments.pointDescription, options.codeField } };
     for (const auto& [name, position] : wanted) {
         if (!name)
             continue;
-        const auto found = fieldOf(names, *name);
+        const auto found = fieldOf(names.value(), *name);
         if (!found)
             return found.error();
         position = found.value();
@@ -86,19 +94,30 @@ std::unique_ptr<gis::IGisMerger> mergerFor(gis::CLibGis& library, OnConflict rul
     return merger;
 }
 
-bool hasWarnings(const embedded::Report& report)
-{
-    return std::any_of(
-        report.findings.begin(), report.findings.end(), [](const embedded::Finding& finding) {
-            return finding.severity == embedded::FindingSeverity::Warning;
-        });
-}
-
 Result<void> save(gis::CLibGis& library, const std::string& path)
 {
     std::error_code ignored;
     return std::filesystem::exists(path, ignored) ? embedded::saveLibrary(library)
                                                   : embedded::saveLibraryAs(library, path);
+}
+
+/// The report file, where one was asked for. What was written is there, whatever becomes of it.
+Result<void> writeReport(const ImportArguments& arguments, const std::string& theme,
+    const embedded::Report& report, const std::string& failure)
+{
+    if (!arguments.report)
+        return {};
+    ReportFile file;
+    file.add(theme, arguments.file, report, failure);
+    return file.write(*arguments.report);
+}
+
+int refuse(const ImportArguments& arguments, const embedded::Report& report, const Error& error)
+{
+    const auto written = writeReport(arguments, {}, report, sentence(error));
+    if (!written)
+        tell(sentence(written.error()));
+    return fail(error);
 }
 
 int write(gis::CLibGis& library, const embedded::ShapefileImportResult& imported)
@@ -118,7 +137,7 @@ int runImport(const ImportArguments& arguments)
     if (!library)
         return fail(library.error());
     gis::CLibGis& lib = *library.value();
-    const auto points = pointOptions(lib, arguments);
+    const auto points = pointOptions(arguments);
     if (!points)
         return fail(points.error());
 
@@ -130,14 +149,19 @@ int runImport(const ImportArguments& arguments)
         { arguments.encoding, points.value(), arguments.isStrict }, merger.get(), nullptr, report);
     tellWarnings(report, arguments.file);
     if (!imported)
-        return fail(imported.error());
-    if (arguments.isStrict && hasWarnings(report))
-        return fail({ ErrorCode::StrictFinding, arguments.file, "values lost by merging" });
+        return refuse(arguments, report, imported.error());
+    if (arguments.isStrict && report.hasWarnings())
+        return refuse(arguments, report,
+            { ErrorCode::StrictFinding, arguments.file, "values lost by merging" });
+    const embedded::Report found = report; // saving has findings of its own
     const auto saved = save(lib, arguments.into);
     embedded::Library::of(&lib)->setProgress(nullptr);
     if (!saved)
-        return fail(saved.error());
-    return write(lib, imported.value());
+        return refuse(arguments, found, saved.error());
+    const int exitCode = write(lib, imported.value());
+    const auto reported
+        = writeReport(arguments, lib.GetThemeName(imported.value().theme).Bytes(), found, {});
+    return reported ? exitCode : fail(reported.error());
 }
 
 } // namespace cli

@@ -38,6 +38,9 @@ const char* pattern(ErrorCode code)
         return "{subject}: the file cannot be written to; choose another one";
     case ErrorCode::WriteFailed:
         return "{subject}: could not be written{detail}";
+    case ErrorCode::OtherProgramsFile:
+        return "{subject}: another program made this file, so nothing is added to it; choose a "
+               "library of your own, or a new one";
     case ErrorCode::DiskFull:
         return "{subject}: could not be written, the disk is full";
     case ErrorCode::FolderNotFound:
@@ -134,7 +137,9 @@ const char* pattern(FindingCode code)
     case FindingCode::FieldNameCut:
         return "field {subject} is named {detail} in the file";
     case FindingCode::TextCut:
-        return "field {subject}: {count} texts were cut to the column's width";
+        return "field {subject}: {count} texts were cut; a column holds neither more than its "
+               "width nor "
+               "blanks at the end";
     case FindingCode::NumberCut:
         return "field {subject}: {count} numbers do not fit the column and were left out";
     case FindingCode::NumberRounded:

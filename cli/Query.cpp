@@ -40,7 +40,9 @@ Result<std::vector<int>> fieldPositions(
             return embedded::Error { embedded::ErrorCode::UnknownField,
                 names.substr(start, names.find(',', start) - start),
                 "table " + library.GetTableName(table).Bytes() };
-        positions.push_back(field.value());
+        // A field named twice is given once: a JSON object has a name once only.
+        if (std::find(positions.begin(), positions.end(), field.value()) == positions.end())
+            positions.push_back(field.value());
         start = end + 1;
     }
     return positions;
@@ -90,8 +92,6 @@ int writeRows(gis::CLibGis& library, gis::CTheme* theme, const std::vector<gis::
     return output.finish();
 }
 
-/// Says what of the filter has no effect: names that are not there, and what follows the point
-/// where the parser stopped.
 /// Which condition was taken; its text too where that is not simply what stands before the slip.
 void tellShortened(const query::ParseOutcome& filter, std::string_view text)
 {
@@ -103,6 +103,8 @@ void tellShortened(const query::ParseOutcome& filter, std::string_view text)
             "that is: {}", text.substr(start, static_cast<std::size_t>(filter.conditionBytes))));
 }
 
+/// Says what of the filter has no effect: names that are not there, and what follows the point
+/// where the parser stopped.
 void tellFilterWarnings(std::string_view text, const query::ParseOutcome& filter,
     gis::CLibGis& library, gis::CTheme* theme)
 {

@@ -35,16 +35,16 @@ ReportFile::ReportFile()
 
 ReportFile::~ReportFile() = default;
 
-void ReportFile::add(const gis::CTheme& theme, const std::string& file,
+void ReportFile::add(const std::string& theme, const std::string& file,
     const embedded::Report& report, const std::string& failure)
 {
     Json findings = Json::array();
     for (const auto& finding : report.findings)
         findings.push_back(findingJson(finding));
-    m_themes->push_back(
-        { { "theme", theme.name.Bytes() }, { "file", file }, { "written", failure.empty() },
-            { "error", failure.empty() ? Json(nullptr) : Json(failure) },
-            { "findings", std::move(findings) } });
+    m_themes->push_back({ { "theme", theme.empty() ? Json(nullptr) : Json(theme) },
+        { "file", file }, { "written", failure.empty() },
+        { "error", failure.empty() ? Json(nullptr) : Json(failure) },
+        { "findings", std::move(findings) } });
 }
 
 embedded::Result<void> ReportFile::write(const std::string& path) const

@@ -4,7 +4,6 @@
 
 #include "embedded/base/Report.h"
 #include "embedded/base/Result.h"
-#include "embedded/model/Theme.h"
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -13,9 +12,9 @@
 
 namespace cli {
 
-/// What an export could not keep, as a JSON file for other programs:
+/// What an import or an export found and could not keep, as a JSON file for other programs:
 /// {"themes":[{"theme","file","written","error","findings":[{"code","warning","text","subject",
-/// "detail","count","record"}]}]}
+/// "detail","count","record"}]}]}; "theme" is null for an import that was refused.
 class ReportFile final {
 public:
     ReportFile();
@@ -23,8 +22,9 @@ public:
     ReportFile& operator=(const ReportFile&) = delete;
     ~ReportFile();
 
-    /// `failure`: why the theme was not written; empty when it was.
-    void add(const gis::CTheme& theme, const std::string& file, const embedded::Report& report,
+    /// `theme`: its name; empty where there is none. `failure`: why it was not written; empty when
+    /// it was.
+    void add(const std::string& theme, const std::string& file, const embedded::Report& report,
         const std::string& failure);
     /// Written beside the path and put in its place at once.
     [[nodiscard]] embedded::Result<void> write(const std::string& path) const;

@@ -24,6 +24,7 @@ enum class ErrorCode {
     BusyReaders, // subject: path: other programs are reading, so nothing can be written now
     ReadOnly, // subject: path
     WriteFailed, // subject: path; detail: the system's reason
+    OtherProgramsFile, // subject: path: made by another program, never written to
     DiskFull, // subject: path
     FolderNotFound, // subject: path
     FolderNotAbsolute, // subject: path

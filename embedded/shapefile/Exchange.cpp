@@ -2,10 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/gis/Exchange.h"
 
-#include "embedded/shapefile/DbfColumns.h"
 #include "embedded/shapefile/Shapefile.h"
-#include "embedded/shapefile/ShapefileReading.h"
-#include "embedded/shapefile/Siblings.h"
 
 #include "host/gis/LibGis.h"
 
@@ -98,18 +95,10 @@ bool FGetFieldFromFileDbf(gis::CLibGis*, const orv::String& path, std::vector<or
 {
     names.clear();
     try {
-        const auto dbf = embedded::DbfFile::open(embedded::existingPath(path.Bytes()));
-        if (!dbf)
+        const auto found = embedded::dbfFieldNamesOf(path.Bytes(), {});
+        if (!found)
             return false;
-        std::vector<std::uint32_t> records(dbf.value().recordCount());
-        for (std::size_t i = 0; i < records.size(); ++i)
-            records[i] = static_cast<std::uint32_t>(i);
-        const std::string stem(embedded::withoutExtension(path.View()));
-        Report ignored;
-        const auto encoding = embedded::chooseEncoding(
-            dbf.value(), records, embedded::existingPath(stem + ".cpg"), {}, ignored);
-        embedded::TextDecoder decoder(encoding ? encoding.value() : "CP1252");
-        for (const std::string& name : embedded::decodedFieldNames(dbf.value(), decoder))
+        for (const std::string& name : found.value())
             names.emplace_back(std::string_view(name));
         return true;
     } catch (const std::bad_alloc&) {

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace gis {
 class IGisMerger;
@@ -53,6 +54,11 @@ bool shapefileExists(gis::CTheme& theme, const std::string& folder, std::string&
 /// half written stays.
 Result<void> exportShapefile(gis::CTheme& theme, const std::string& folder,
     const ShapefileExportOptions& options, int& errorFlags, Report& report);
+
+/// The names of a .dbf's fields, decoded as an import decodes them. `encoding` as in the options of
+/// the import. Errors: FileNotFound, NotAFile, NoPermission, EmptyFile, BadDbf, UnknownEncoding.
+Result<std::vector<std::string>> dbfFieldNamesOf(
+    const std::string& path, const std::string& encoding);
 
 /// Entity type of a .shp (1, 3, 5) and coordinates of its shapes; -1 when unreadable or of another
 /// type.

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <numeric>
 
 namespace embedded {
 
@@ -262,6 +263,24 @@ Result<std::string> chooseEncoding(const DbfFile& dbf, const std::vector<std::ui
     if (textEvidence(dbf, records).isUtf8())
         return chosen("UTF-8", "valid UTF-8");
     return chosen("CP1252", "default");
+}
+
+Result<std::vector<std::string>> dbfFieldNamesOf(
+    const std::string& path, const std::string& encoding)
+{
+    const auto dbf = DbfFile::open(existingPath(path));
+    if (!dbf)
+        return dbf.error();
+    std::vector<std::uint32_t> records(dbf.value().recordCount());
+    std::iota(records.begin(), records.end(), 0U);
+    const std::string stem(withoutExtension(path));
+    Report ignored;
+    const auto chosen
+        = chooseEncoding(dbf.value(), records, existingPath(stem + ".cpg"), encoding, ignored);
+    if (!chosen)
+        return chosen.error();
+    TextDecoder decoder(chosen.value());
+    return decodedFieldNames(dbf.value(), decoder);
 }
 
 } // namespace embedded

@@ -120,4 +120,13 @@ TEST(ArgumentsTest, WrongCallsAreOneLineAndExitTwo)
     }
 }
 
+TEST(ArgumentsTest, AnUnknownCommandAndACountBelowZeroAreNamed)
+{
+    EXPECT_EQ(complaint({ "ask", "f.gpkg" }),
+        "tematica: there is no command 'ask'; give info, query, values, import, export or render "
+        "(see: tematica --help)\n");
+    const auto text = complaint({ "query", "f.gpkg", "a = 1", "--limit", "-1" });
+    EXPECT_NE(text.find("'-1' is no number of rows: give 0 or more"), std::string::npos) << text;
+}
+
 } // namespace

@@ -268,4 +268,101 @@ TEST_F(ExchangeCommandTest, DamagedFilesAreTakenWithALineEachOrRefusedWhenStrict
     EXPECT_EQ(counts(library), "Lampioni/Lampioni:4 ");
 }
 
+TEST_F(ExchangeCommandTest, AnImportsReportNamesTheEncodingAndWhyItWasTaken)
+{
+    const auto shapefile = lamps();
+    const auto report = m_folder.path("report.json");
+
+    const auto outcome
+        = run({ "import", shapefile, "--into", m_folder.path("new.gpkg"), "--report", report });
+
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(outcome.err, "") << "notes are no warnings";
+    const auto json = Json::parse(contents(report));
+    const auto& theme = json.at("themes").at(0);
+    EXPECT_EQ(theme.at("theme"), "Lampioni");
+    EXPECT_EQ(theme.at("written"), true);
+    const auto& finding = theme.at("findings").at(0);
+    EXPECT_EQ(finding.at("code"), "encoding-chosen");
+    EXPECT_EQ(finding.at("subject"), "UTF-8");
+    EXPECT_EQ(finding.at("detail"), ".cpg");
+    EXPECT_EQ(finding.at("warning"), false);
+}
+
+TEST_F(ExchangeCommandTest, ARefusedImportReportsWhy)
+{
+    const auto shapefile = lamps();
+    fs::remove(m_out + "/Lampioni.shx");
+    const auto report = m_folder.path("report.json");
+
+    const auto outcome = run({ "import", shapefile, "--into", m_folder.path("new.gpkg"), "--strict",
+        "--report", report });
+
+    EXPECT_EQ(outcome.exitCode, 1);
+    const auto theme = Json::parse(contents(report)).at("themes").at(0);
+    EXPECT_TRUE(theme.at("theme").is_null());
+    EXPECT_EQ(theme.at("written"), false);
+    EXPECT_NE(theme.at("error").get<std::string>().find("--strict"), std::string::npos);
+}
+
+TEST_F(ExchangeCommandTest, PointOptionsReadNamesInTheEncodingAskedForAndSayWhatIsMissing)
+{
+    const auto shapefile = lamps();
+    const auto library = m_folder.path("new.gpkg");
+
+    const auto encoding = run(
+        { "import", shapefile, "--into", library, "--encoding", "EBCDIC-9", "--point-name", "n" });
+    EXPECT_EQ(encoding.exitCode, 1);
+    EXPECT_EQ(encoding.err, "tematica: EBCDIC-9: no encoding of this name is known\n");
+
+    const auto field
+        = run({ "import", shapefile, "--into", library, "--point-description", "Targa" });
+    EXPECT_EQ(field.exitCode, 1);
+    EXPECT_EQ(field.err, "tematica: there is no field named Targa\n");
+
+    const auto gone = m_out + "/Nessuno.shp";
+    const auto missing = run({ "import", gone, "--into", library, "--point-name", "n" });
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_EQ(missing.err, "tematica: " + gone + ": there is no such file\n");
+
+    fs::remove(m_out + "/Lampioni.dbf");
+    const auto withoutDbf = run({ "import", shapefile, "--into", library, "--point-name", "n" });
+    EXPECT_EQ(withoutDbf.exitCode, 1);
+    EXPECT_EQ(withoutDbf.err,
+        "tematica: " + shapefile + ": the .dbf file with the attributes is missing\n");
+    EXPECT_FALSE(fs::exists(library));
+}
+
+TEST_F(ExchangeCommandTest, AThemeNamedTwiceIsWrittenOnceAndAMissingFolderIsToldOnce)
+{
+    const auto twice
+        = run({ "export", m_town, "--to", m_out, "--theme", "Edifici", "--theme", "Edifici" });
+    EXPECT_EQ(twice.exitCode, 0) << twice.err;
+    EXPECT_EQ(twice.out, m_out + "/Edifici.shp\n");
+
+    const auto gone = m_folder.path("gone");
+    const auto missing = run({ "export", m_town, "--to", gone });
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_EQ(missing.err, "tematica: " + gone + ": there is no such folder\n");
+}
+
+TEST_F(ExchangeCommandTest, AnotherProgramsGeoPackageIsNoTargetAndStaysByteForByte)
+{
+    const auto shapefile = lamps();
+    const auto foreign = m_folder.path("foreign.gpkg");
+    ASSERT_EQ(
+        std::system(("ogr2ogr -f GPKG '" + foreign + "' '" + shapefile + "' 2>/dev/null").c_str()),
+        0);
+    const auto before = contents(foreign);
+
+    const auto outcome = run({ "import", shapefile, "--into", foreign, "--on-conflict", "rename" });
+
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.err,
+        "tematica: " + foreign
+            + ": another program made this file, so nothing is added to it; choose a library of "
+              "your own, or a new one\n");
+    EXPECT_EQ(contents(foreign), before);
+}
+
 } // namespace
