@@ -153,8 +153,10 @@ void MainWindow::makeGisMenu()
     QMenu* menu = menuBar()->addMenu(QStringLiteral("&GIS"));
     QAction* tables = menu->addAction(QStringLiteral("&Tabelle..."));
     connect(tables, &QAction::triggered, this, [this] {
-        runDialog(QStringLiteral("Gestione tabelle"),
-            [this] { FDlgTableListGIS(&m_document.library()); });
+        embedded::Library::of(&m_document.library())->beginReport();
+        const QString name = QStringLiteral("Gestione tabelle");
+        runDialog(name, [&] { FDlgTableListGIS(&m_document.library()); });
+        tellStructureReport(name); // of the structure that was edited last
     });
     m_structure = menu->addAction(QStringLiteral("&Struttura tabella..."));
     connect(m_structure, &QAction::triggered, this, &MainWindow::showStructure);
@@ -183,6 +185,7 @@ void MainWindow::makeGisMenu()
 void MainWindow::makeStatusBar()
 {
     m_message = new QLabel(this);
+    m_message->setObjectName(QStringLiteral("message"));
     m_message->setTextFormat(Qt::PlainText);
     m_coordinates = new QLabel(this);
     m_counts = new QLabel(this);
@@ -226,23 +229,23 @@ void MainWindow::showStructure()
 {
     gis::CLibGis& library = m_document.library();
     gis::CDBTable* table = chosenTable();
-    const QString name = kit::toQt(library.GetTableName(table));
+    const QString name = QStringLiteral("Struttura di ") + kit::toQt(library.GetTableName(table));
     bool done = false;
     embedded::Library::of(&library)->beginReport();
-    runDialog(QStringLiteral("Struttura di %1").arg(name),
-        [&] { done = FDlgTableEditGIS(&library, table); });
+    runDialog(name, [&] { done = FDlgTableEditGIS(&library, table); });
     if (done)
         tellStructureReport(name);
 }
 
-void MainWindow::tellStructureReport(const QString& tableName)
+/// What changes of format have cost, in the status line and in the undo list.
+void MainWindow::tellStructureReport(const QString& act)
 {
     QStringList costs;
     for (const embedded::Finding& finding :
         embedded::Library::of(&m_document.library())->lastReport().findings)
         if (finding.code == embedded::FindingCode::CellsEmptied && finding.count > 0)
             costs << findingText(finding);
-    QString text = QStringLiteral("Struttura di %1").arg(tableName);
+    QString text = act;
     if (!costs.isEmpty())
         text += QStringLiteral(": ") + costs.join(QStringLiteral(", "));
     m_message->setText(text);

@@ -72,7 +72,7 @@ private:
     void tellFindings(const embedded::Report& report, const QString& done);
     /// Runs an exported dialog function as one step named after the dialog.
     template <typename Run> void runDialog(const QString& step, const Run& run);
-    void tellStructureReport(const QString& tableName);
+    void tellStructureReport(const QString& act);
     [[nodiscard]] gis::CTheme* chosenTheme() const;
     [[nodiscard]] gis::CDBTable* chosenTable() const;
     [[nodiscard]] gis::CEnt* chosenEntity() const;

@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
-#include <QProgressDialog>
 #include <QPushButton>
 
 namespace kit {
@@ -37,14 +36,17 @@ Progress::Progress(QWidget* parent, const QString& label, ProgressKind kind)
 {
 }
 
-Progress::~Progress() = default;
+Progress::~Progress()
+{
+    delete m_dialog.data();
+}
 
 void Progress::show()
 {
     QWidget* owner = m_parent ? m_parent->window() : QApplication::activeWindow();
     m_pause.emplace();
-    m_dialog = m_kind == ProgressKind::Stoppable ? std::make_unique<QProgressDialog>(owner)
-                                                 : std::make_unique<CFirmProgress>(owner);
+    m_dialog
+        = m_kind == ProgressKind::Stoppable ? new QProgressDialog(owner) : new CFirmProgress(owner);
     m_dialog->setObjectName(QStringLiteral("CProgress"));
     auto* label = new QLabel; // names in it are shown as they are, however long
     label->setTextFormat(Qt::PlainText);
@@ -68,7 +70,7 @@ void Progress::show()
 
 bool Progress::isToStop() const
 {
-    return m_kind == ProgressKind::Stoppable && m_dialog->wasCanceled();
+    return m_kind == ProgressKind::Stoppable && m_dialog && m_dialog->wasCanceled();
 }
 
 bool Progress::advance(double fraction)

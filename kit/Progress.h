@@ -4,13 +4,13 @@
 
 #include "kit/WaitCursor.h"
 
+#include <QPointer>
+#include <QProgressDialog>
 #include <QString>
 
 #include <chrono>
-#include <memory>
 #include <optional>
 
-class QProgressDialog;
 class QWidget;
 
 namespace kit {
@@ -48,7 +48,7 @@ private:
     std::chrono::steady_clock::time_point m_start;
     std::chrono::steady_clock::time_point m_lastEvents;
     std::optional<WaitCursorPause> m_pause; // while "Annulla" can be clicked
-    std::unique_ptr<QProgressDialog> m_dialog;
+    QPointer<QProgressDialog> m_dialog; // owned; goes with its window, should that go first
     bool m_isCancelled = false;
 };
 

@@ -24,7 +24,8 @@ CSubDlgFieldDouble::CSubDlgFieldDouble(
     m_ui->id2011->setValidator(new QRegularExpressionValidator(
         QRegularExpression(QStringLiteral("[0-9]*")), m_ui->id2011));
     const Constraints values = constraints();
-    const int digits = values[3].GetInt32Value();
+    // A host may hold any number here; saved as it is shown.
+    const int digits = std::clamp(values[3].GetInt32Value(), 0, gis::MaxDecimalDigits);
     m_bounds
         = { values[0].GetDoubleValue(), values[1].GetDoubleValue(), values[2].GetDoubleValue() };
     m_ui->id2008->setText(kit::toQt(tables::boundText(m_bounds.standard, digits)));

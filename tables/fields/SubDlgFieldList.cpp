@@ -6,8 +6,10 @@
 #include "kit/texts/QtText.h"
 
 #include <QEvent>
+#include <QLineEdit>
 
 #include <algorithm>
+#include <limits>
 
 #include "ui_CSubDlgFieldList.h"
 
@@ -19,6 +21,8 @@ CSubDlgFieldList::CSubDlgFieldList(
     m_ui->setupUi(this);
     kit::preparePage(*this, "CSubDlgFieldList");
     m_ui->id2015->setCompleter(nullptr); // a typed default is taken as it stands
+    for (QLineEdit* edit : { m_ui->id2015->lineEdit(), m_ui->id2017 })
+        edit->setMaxLength(std::numeric_limits<int>::max()); // a long value comes back whole
     const Constraints values = constraints();
     for (unsigned i = 0; i < values[3].GetNoArrayElements(); ++i)
         m_values.push_back(values[3].GetStringValue(i));

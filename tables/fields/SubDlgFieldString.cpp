@@ -5,6 +5,8 @@
 #include "kit/Form.h"
 #include "kit/texts/QtText.h"
 
+#include <limits>
+
 #include "ui_CSubDlgFieldString.h"
 
 CSubDlgFieldString::CSubDlgFieldString(
@@ -15,6 +17,7 @@ CSubDlgFieldString::CSubDlgFieldString(
     m_ui->setupUi(this);
     kit::preparePage(*this, "CSubDlgFieldString");
     const Constraints values = constraints();
+    m_ui->id2021->setMaxLength(std::numeric_limits<int>::max()); // a long default comes back whole
     m_ui->id2021->setText(kit::toQt(values[0].GetStringValue()));
     m_kept = values[3].GetInt32Value();
     RefreshFromField();

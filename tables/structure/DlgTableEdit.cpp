@@ -134,11 +134,37 @@ void CDlgTableEdit::makeGrid()
 bool CDlgTableEdit::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_grid && event->type() == QEvent::KeyPress
-        && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
-        onDelete();
+        && takeKey(*static_cast<QKeyEvent*>(event)))
         return true; // else it would begin to edit the cell
-    }
     return QDialog::eventFilter(watched, event);
+}
+
+/// What the mouse does, from the keyboard: Space clicks the current cell, Ctrl+Return clicks it
+/// twice, Shift+Space clicks the number of its row.
+bool CDlgTableEdit::takeKey(const QKeyEvent& key)
+{
+    const QModelIndex cell = m_grid->currentIndex();
+    const bool isControl = key.modifiers().testFlag(Qt::ControlModifier);
+    switch (key.key()) {
+    case Qt::Key_Delete:
+        onDelete();
+        return true;
+    case Qt::Key_Space:
+        if (key.modifiers().testFlag(Qt::ShiftModifier))
+            m_grid->selectRow(cell.row());
+        else if (cell.isValid())
+            m_grid->setCurrentIndex(cell);
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!isControl)
+            return false;
+        if (cell.isValid() && m_model.flags(cell).testFlag(Qt::ItemIsEditable))
+            m_grid->edit(cell);
+        return true;
+    default:
+        return false;
+    }
 }
 
 // The blank row becomes a field with the first letter; the edit goes on.
@@ -161,10 +187,24 @@ void CDlgTableEdit::onEdited(int row, int column, const QString& text)
             m_model.refreshRow(row);
         } else {
             m_model.refreshRow(row);
-            m_grid->setCurrentIndex(m_model.index(row, column));
+            returnTo(m_model.index(row, column));
         }
     }
     switchPage(row);
+}
+
+/// Now, and once more when the keys or clicks that ended the edit have had their way with the
+/// focus.
+void CDlgTableEdit::returnTo(const QModelIndex& cell)
+{
+    m_grid->setCurrentIndex(cell);
+    QMetaObject::invokeMethod(
+        this,
+        [this, cell = QPersistentModelIndex(cell)] {
+            if (cell.isValid())
+                m_grid->setCurrentIndex(cell);
+        },
+        Qt::QueuedConnection);
 }
 
 bool CDlgTableEdit::isValid(int row, int column, const QString& text)
@@ -373,6 +413,12 @@ void CDlgTableEdit::reject()
     if (m_isApplying)
         return;
     m_delegate->dropOpenEditor();
+    if (m_page) {
+        // Not saved; gone before its field's handle is, whatever the loss of the focus makes it do.
+        m_page->hide();
+        std::exchange(m_page, nullptr)->deleteLater();
+        m_pageRow = -1;
+    }
     m_controller.Revert();
     QDialog::reject();
 }

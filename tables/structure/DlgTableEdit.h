@@ -12,6 +12,8 @@
 
 class CSubDlgBase;
 class QGridLayout;
+class QKeyEvent;
+class QModelIndex;
 class QTableView;
 namespace Ui {
 class CDlgTableEdit;
@@ -41,6 +43,8 @@ private:
 
     void keepRoomForPage();
     void makeGrid();
+    bool takeKey(const QKeyEvent& key);
+    void returnTo(const QModelIndex& cell);
     void onEdited(int row, int column, const QString& text);
     void onTypingBegun(int row);
     void onSelectionChanged();

@@ -4,12 +4,15 @@
 
 #include "app/RecentFiles.h"
 #include "embedded/model/Library.h"
+#include "kit/texts/QtText.h"
 #include "tests/support/ui/ModalDriver.h"
 
 #include <gtest/gtest.h>
 
 #include <QAction>
 #include <QAbstractItemView>
+#include <QLabel>
+#include <QTest>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDropEvent>
@@ -245,21 +248,58 @@ TEST_F(MainWindowTest, TheFormOfAnEntityOpensByADoubleClickAndIsOneStep)
     EXPECT_TRUE(window.document().isSaved());
 }
 
+/// Makes the second field, a text, another format and presses OK.
+void changeFormat(QDialog& structure, const char* format)
+{
+    auto* grid = structure.findChild<QAbstractItemView*>(QStringLiteral("id1000"));
+    grid->model()->setData(grid->model()->index(1, 2), QString::fromUtf8(format), Qt::EditRole);
+    ui::press(structure, 1);
+}
+
+QString messageOf(const QWidget& window)
+{
+    return window.findChild<QLabel*>(QStringLiteral("message"))->text();
+}
+
 TEST_F(MainWindowTest, WhatAStructureCostsIsToldAndStandsInTheUndoList)
 {
     ui::CModalDriver driver;
-    driver.dialog("CDlgTableEdit", [](QDialog& structure) {
-        auto* grid = structure.findChild<QAbstractItemView*>(QStringLiteral("id1000"));
-        grid->model()->setData(
-            grid->model()->index(1, 2), QStringLiteral("Numerico"), Qt::EditRole);
-        ui::press(structure, 1);
-    });
+    driver.dialog("CDlgTableEdit", [](QDialog& structure) { changeFormat(structure, "Numerico"); });
     action(QStringLiteral("Struttura tabella...")).trigger();
 
-    EXPECT_EQ(window.document().changes().UndoName(),
-        orv::String("Struttura di T: 3 valori non convertibili in tipo"));
+    const QString told = QStringLiteral("Struttura di T: 3 valori non convertibili in tipo");
+    EXPECT_EQ(kit::toQt(window.document().changes().UndoName()), told);
+    EXPECT_EQ(messageOf(window), told);
     window.document().undo();
     EXPECT_TRUE(window.document().isSaved());
+}
+
+TEST_F(MainWindowTest, AStructureThatCostsNothingIsOnlyNamed)
+{
+    ui::CModalDriver driver;
+    driver.dialog("CDlgTableEdit", [](QDialog& structure) { changeFormat(structure, "Lista"); });
+    action(QStringLiteral("Struttura tabella...")).trigger();
+
+    EXPECT_EQ(window.document().changes().UndoName(), orv::String("Struttura di T"));
+    EXPECT_EQ(messageOf(window), QStringLiteral("Struttura di T"));
+}
+
+TEST_F(MainWindowTest, WhatAStructureCostsIsToldAfterTheTableListToo)
+{
+    ui::CModalDriver driver;
+    driver.dialog("CDlgTableList", [](QDialog& list) {
+        auto* names = list.findChild<QAbstractItemView*>(QStringLiteral("id2000"));
+        names->setCurrentIndex(names->model()->index(0, 0));
+        QTest::keyClick(names, Qt::Key_Return);
+        list.reject();
+    });
+    driver.dialog("CDlgTableEdit", [](QDialog& structure) { changeFormat(structure, "Numerico"); });
+    action(QStringLiteral("Tabelle...")).trigger();
+
+    EXPECT_EQ(driver.stepsTaken(), 2);
+    const QString told = QStringLiteral("Gestione tabelle: 3 valori non convertibili in tipo");
+    EXPECT_EQ(kit::toQt(window.document().changes().UndoName()), told);
+    EXPECT_EQ(messageOf(window), told);
 }
 
 TEST_F(MainWindowTest, TheTableListIsInTheMenu)

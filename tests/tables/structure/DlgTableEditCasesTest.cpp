@@ -49,6 +49,66 @@ TEST_F(DlgTableEditCasesTest, AUsedNameIsRefusedAlsoWhenOneClicksElsewhere)
     EXPECT_EQ(names(), QStringLiteral("Nome Corsie Area Note"));
 }
 
+TEST_F(DlgTableEditCasesTest, ARefusedNameKeepsTheFocusOnItsCell)
+{
+    for (const bool isClick : { true, false }) {
+        open();
+        writeInto(3, QStringLiteral("NOME"));
+        ui::CModalDriver driver;
+        driver.box(QString::fromUtf8(NameUsed), kit::Answer::Ok);
+        if (isClick)
+            click(1, 1);
+        else
+            QTest::keyClick(editor<QLineEdit>(), Qt::Key_Tab);
+        QApplication::processEvents();
+        EXPECT_EQ(driver.stepsTaken(), 1) << "told once";
+        EXPECT_EQ(grid().currentIndex(), cell(3, 0)) << (isClick ? "click" : "Tab");
+    }
+}
+
+TEST_F(DlgTableEditCasesTest, TheKeyboardDoesWhatTheMouseDoes)
+{
+    open();
+    click(1, 0);
+    QTest::keyClick(&grid(), Qt::Key_Space);
+    EXPECT_EQ(editor<QLineEdit>(), nullptr) << "a click edits nothing";
+    EXPECT_EQ(names(), QStringLiteral("Nome Corsie Area Note"));
+
+    QTest::keyClick(&grid(), Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_NE(editor<QLineEdit>(), nullptr);
+    QTest::keyClick(editor<QLineEdit>(), Qt::Key_Escape);
+    QApplication::processEvents();
+
+    EXPECT_FALSE(down().isEnabled());
+    QTest::keyClick(&grid(), Qt::Key_Space, Qt::ShiftModifier);
+    EXPECT_TRUE(up().isEnabled());
+    ui::press(*dialog, 2089);
+    EXPECT_EQ(names(), QStringLiteral("Nome Area Corsie Note"));
+    QTest::keyClick(&grid(), Qt::Key_Space, Qt::ShiftModifier);
+    QTest::keyClick(&grid(), Qt::Key_Delete);
+    EXPECT_EQ(names(), QStringLiteral("Nome Area Note"));
+
+    grid().setCurrentIndex(cell(3, 0)); // the blank row
+    QTest::keyClick(&grid(), Qt::Key_Space);
+    EXPECT_EQ(names(), QStringLiteral("Nome Area Note")) << "no field of blanks";
+}
+
+TEST_F(DlgTableEditCasesTest, CancellingWithAPageInUseTouchesNothing)
+{
+    open();
+    click(1, 0);
+    QWidget* integers = page("CSubDlgFieldInt");
+    ASSERT_NE(integers, nullptr);
+    auto& minimum = ui::at<QLineEdit>(*integers, 2013);
+    minimum.setFocus();
+    minimum.setText(QStringLiteral("abc"));
+    library->clearCalls();
+    QTest::keyClick(&minimum, Qt::Key_Escape);
+    QApplication::processEvents();
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_TRUE(library->changes().empty());
+}
+
 TEST_F(DlgTableEditCasesTest, AUsedNameIsRefusedWhenOkEndsTheEdit)
 {
     open();
