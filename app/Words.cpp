@@ -24,6 +24,8 @@ QString sentenceOf(ErrorCode code)
         return QStringLiteral("\"%1\" è una cartella: scegliere un file.");
     case ErrorCode::NoPermission:
         return QStringLiteral("Non si hanno i permessi per leggere \"%1\".");
+    case ErrorCode::ReadFailed:
+        return QStringLiteral("Il file \"%1\" non può essere letto: %2.");
     case ErrorCode::EmptyFile:
         return QStringLiteral("Il file \"%1\" è vuoto.");
     case ErrorCode::NotALibrary:
@@ -153,7 +155,7 @@ QString lineOf(FindingCode code)
     case FindingCode::DateCut:
         return QStringLiteral("%3 date del campo \"%1\" non sono rappresentabili.");
     case FindingCode::FormatChanged:
-        return QStringLiteral("La lista \"%1\" è stata scritta come testo.");
+        return QStringLiteral("Il campo \"%1\" ha nel file un altro formato.");
     case FindingCode::ReferenceSystemMissing:
         return QStringLiteral("Il tema non ha un sistema di riferimento: manca il file .prj.");
     case FindingCode::CoordinateDropped:

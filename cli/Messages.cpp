@@ -20,6 +20,8 @@ const char* pattern(ErrorCode code)
         return "{subject}: this is a folder, not a file";
     case ErrorCode::NoPermission:
         return "{subject}: not permitted to read this";
+    case ErrorCode::ReadFailed:
+        return "{subject}: could not be read{detail}";
     case ErrorCode::EmptyFile:
         return "{subject}: the file is empty";
     case ErrorCode::NotALibrary:

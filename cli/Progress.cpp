@@ -13,6 +13,7 @@ namespace {
 // What a signal handler may touch, and the terminal's one line.
 volatile std::sig_atomic_t interrupted = 0;
 bool isLineShown = false;
+int depth = 0; // a file is read within a longer work
 
 constexpr auto QuietTime = std::chrono::milliseconds(300);
 
@@ -38,13 +39,15 @@ TerminalProgress::TerminalProgress(const char* what)
     , m_isTerminal(isatty(STDERR_FILENO) != 0)
     , m_start(std::chrono::steady_clock::now())
 {
-    setHandler(onInterrupt, static_cast<int>(SA_RESETHAND));
+    if (depth++ == 0)
+        setHandler(onInterrupt, static_cast<int>(SA_RESETHAND));
 }
 
 TerminalProgress::~TerminalProgress()
 {
     clearProgressLine();
-    setHandler(SIG_DFL, 0);
+    if (--depth == 0)
+        setHandler(SIG_DFL, 0);
 }
 
 bool TerminalProgress::advance(double fraction)

@@ -30,8 +30,10 @@ void RenamingMerger::GetTable(int index, gis::CDBTable*& table, int& rowOffset)
 gis::CTheme* RenamingMerger::OnLoadTheme(const orv::String& name, gis::CDBTable* table,
     gis::EntType type, gis::EntTypeCoords coords, std::int64_t targetDrawing)
 {
+    // Without one where a theme of this name, which would keep its own, is there already.
+    const std::int64_t drawing = targetDrawing != 0 ? targetDrawing : m_library.GetTargetDrawing();
     return m_library.CreateTheme(
-        table, embedded::Library::of(&m_library)->freeThemeName(name), type, coords, targetDrawing);
+        table, embedded::Library::of(&m_library)->freeThemeName(name), type, coords, drawing);
 }
 
 } // namespace cli

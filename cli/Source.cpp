@@ -3,6 +3,7 @@
 #include "cli/Source.h"
 
 #include "cli/Output.h"
+#include "cli/Progress.h"
 
 #include "embedded/shapefile/Shapefile.h"
 #include "embedded/store/GeoPackage.h"
@@ -32,9 +33,12 @@ Result<std::unique_ptr<gis::CLibGis>> readShapefile(
     const std::string& path, embedded::Report& report)
 {
     auto library = std::make_unique<gis::CLibGis>();
+    TerminalProgress progress("read");
+    embedded::Library::of(library.get())->setProgress(&progress);
     const auto imported = embedded::importShapefile(*library, path, {}, nullptr, nullptr, report);
     if (!imported)
         return imported.error();
+    embedded::Library::of(library.get())->setProgress(nullptr);
     return library;
 }
 

@@ -11,7 +11,7 @@ target_include_directories(tematica-host INTERFACE
     $<INSTALL_INTERFACE:${headers}>)
 target_compile_features(tematica-host INTERFACE cxx_std_20)
 
-set(targets tematica-host tematica-cli)
+set(targets tematica-host tematica-host-gdal tematica-cli)
 foreach(target tematica tematica-desktop)
     if(TARGET ${target})
         list(APPEND targets ${target})

@@ -16,6 +16,7 @@ enum class ErrorCode {
     FileNotFound, // subject: path
     NotAFile, // subject: path (a folder)
     NoPermission, // subject: path
+    ReadFailed, // subject: path; detail: the system's reason
     EmptyFile, // subject: path
     NotALibrary, // subject: path; detail: what the file seems to be
     NewerFormat, // subject: path; detail: the file's format version

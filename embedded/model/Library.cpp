@@ -444,6 +444,7 @@ std::int64_t Library::addLayer(const orv::String& name)
     m_data->layers.push_back({ highest + 1, name });
     const std::vector<Layer> after = m_data->layers;
     record([this, before] { m_data->layers = before; }, [this, after] { m_data->layers = after; });
+    markModified();
     return highest + 1;
 }
 

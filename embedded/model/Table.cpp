@@ -229,6 +229,11 @@ bool CDBTable::isColumnLoaded(int fieldIndex) const
     return m_data->slots[static_cast<std::size_t>(fieldIndex)].loaded;
 }
 
+bool CDBTable::isColumnFailed(int fieldIndex) const
+{
+    return m_data->slots[static_cast<std::size_t>(fieldIndex)].hasFailed;
+}
+
 embedded::Column& CDBTable::columnForWriting(int fieldIndex)
 {
     static_cast<void>(column(fieldIndex));

@@ -89,6 +89,8 @@ public:
     /// The column, read from the store now if it was not yet; empty cells where reading failed.
     [[nodiscard]] const embedded::Column& column(int fieldIndex);
     [[nodiscard]] bool isColumnLoaded(int fieldIndex) const;
+    /// True when the column's cells are empty only because they could not be read.
+    [[nodiscard]] bool isColumnFailed(int fieldIndex) const;
     /// Columns that could not be read, and that nobody wrote to since, are read again when they are
     /// asked for next.
     void forgetFailedColumns();

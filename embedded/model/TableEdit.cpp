@@ -181,7 +181,10 @@ std::size_t CCtrlDlgTableEdit::Impl::columnsToRead() const
 /// Reads what is still in the file only: a column that cannot be read would be committed as empty.
 bool CCtrlDlgTableEdit::Impl::readColumns(ConversionProgress& progress) const
 {
+    table->forgetFailedColumns(); // the reason may be gone
     for (int i = 0; i < table->fieldCount(); ++i) {
+        if (table->isColumnFailed(i))
+            return false;
         if (table->isColumnLoaded(i))
             continue;
         embedded::IStore* store = library->store();

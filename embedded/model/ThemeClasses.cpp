@@ -40,13 +40,25 @@ template <typename T, typename Visit> void forEachValue(const gis::ColumnView& v
     }
 }
 
+/// Numbers that can be put in order: not-a-number has no place among them.
+template <typename T, typename Visit>
+void forEachOrdered(const gis::ColumnView& view, Visit&& visit)
+{
+    forEachValue<T>(view, [&visit](T value) {
+        if constexpr (std::is_floating_point_v<T>)
+            if (std::isnan(value))
+                return;
+        visit(value);
+    });
+}
+
 template <typename T, typename Make>
 void findRange(const gis::ColumnView& view, ColumnRange& range, Make&& make)
 {
     bool isFirst = true;
     T low {};
     T high {};
-    forEachValue<T>(view, [&](T value) {
+    forEachOrdered<T>(view, [&](T value) {
         low = isFirst || value < low ? value : low;
         high = isFirst || high < value ? value : high;
         isFirst = false;
@@ -61,7 +73,7 @@ template <typename T> std::vector<T> sortedDistinct(const gis::ColumnView& view,
 {
     std::vector<T> values;
     values.reserve(static_cast<std::size_t>(view.rowCount));
-    forEachValue<T>(view, [&values](T value) { values.push_back(value); });
+    forEachOrdered<T>(view, [&values](T value) { values.push_back(value); });
     std::sort(values.begin(), values.end());
     values.erase(std::unique(values.begin(), values.end()), values.end());
     if (values.size() > static_cast<std::size_t>(limit))

@@ -41,12 +41,12 @@ DbfDialect dialectOf(std::uint8_t version)
 
 Result<DbfFile> DbfFile::open(const std::string& path)
 {
-    auto mapping = FileMapping::open(path);
-    if (!mapping)
-        return mapping.error();
+    auto bytes = FileBytes::open(path);
+    if (!bytes)
+        return bytes.error();
     DbfFile file;
     file.m_path = path;
-    file.m_file = std::move(mapping.value());
+    file.m_file = std::move(bytes.value());
     std::string fault = file.readHeader();
     if (!fault.empty())
         return Error { ErrorCode::BadDbf, path, std::move(fault) };

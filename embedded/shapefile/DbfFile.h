@@ -3,7 +3,7 @@
 #pragma once
 
 #include "embedded/base/Result.h"
-#include "embedded/shapefile/FileMapping.h"
+#include "embedded/shapefile/FileBytes.h"
 
 #include <cstdint>
 #include <string>
@@ -28,7 +28,7 @@ enum class DbfDialect { DBase3, DBase7, FoxPro };
 /// The records of a .dbf as bytes; all sizes are checked against the file's.
 class DbfFile final {
 public:
-    /// Errors: those of `FileMapping`, and BadDbf with what is wrong.
+    /// Errors: those of `FileBytes`, and BadDbf with what is wrong.
     [[nodiscard]] static Result<DbfFile> open(const std::string& path);
 
     [[nodiscard]] const std::string& path() const { return m_path; }
@@ -58,7 +58,7 @@ private:
     [[nodiscard]] std::string placeFields();
     void guessMissingWidth(std::size_t bytesLeft);
 
-    FileMapping m_file;
+    FileBytes m_file;
     std::string m_path;
     std::uint8_t m_version = 0;
     std::uint8_t m_languageByte = 0;

@@ -85,10 +85,25 @@ void describe(gis::CField& field, const Column& column, const std::vector<int>& 
     }
 }
 
-void reportField(Report& report, FindingCode code, const orv::String& field, std::string detail)
+/// Whether nothing in the file tells decimals from whole numbers.
+bool readsBackAsInteger(
+    const gis::CField& field, const Column& column, const std::vector<int>& rows)
+{
+    if (field.format != gis::FieldFormat::Decimal || field.decimalDigits() != 0)
+        return false;
+    return std::all_of(rows.begin(), rows.end(), [&column](int row) {
+        return !column.hasValue(row)
+            || (column.decimalAt(row) >= std::numeric_limits<std::int32_t>::min()
+                && column.decimalAt(row) <= std::numeric_limits<std::int32_t>::max());
+    });
+}
+
+void reportField(Report& report, FindingCode code, const orv::String& field, std::string detail,
+    FindingSeverity severity = FindingSeverity::Warning)
 {
     Finding finding;
     finding.code = code;
+    finding.severity = severity;
     finding.subject = field.Bytes();
     finding.detail = std::move(detail);
     report.add(std::move(finding));
@@ -142,6 +157,9 @@ std::vector<DbfColumnLayout> dbfLayout(
             reportField(report, FindingCode::FieldNameCut, field.name, layout.name);
         if (field.format == gis::FieldFormat::List)
             reportField(report, FindingCode::FormatChanged, field.name, "list as text");
+        if (readsBackAsInteger(field, table.column(i), rows))
+            reportField(report, FindingCode::FormatChanged, field.name,
+                "decimals without digits, which read back as integers", FindingSeverity::Note);
         layouts.push_back(std::move(layout));
     }
     return layouts;

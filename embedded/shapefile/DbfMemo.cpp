@@ -20,10 +20,10 @@ DbfMemo::DbfMemo(const std::string& dbfPath, std::uint8_t version)
     }
     if (path.empty())
         return;
-    auto mapping = FileMapping::open(path);
-    if (!mapping)
+    auto file = FileBytes::open(path);
+    if (!file)
         return;
-    m_file = std::move(mapping.value());
+    m_file = std::move(file.value());
     const unsigned char* bytes = m_file.data();
     if (m_kind == Kind::DBase4 && m_file.size() >= 22)
         m_blockBytes = static_cast<std::size_t>(bytes[20] | bytes[21] << 8);

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "embedded/shapefile/FileMapping.h"
+#include "embedded/shapefile/FileBytes.h"
 
 #include <cstdint>
 #include <optional>
@@ -30,7 +30,7 @@ private:
     enum class Kind { DBase3, DBase4, FoxPro };
     [[nodiscard]] static std::uint64_t blockOf(std::string_view cell, bool& isBlank);
 
-    FileMapping m_file;
+    FileBytes m_file;
     Kind m_kind = Kind::DBase3;
     std::size_t m_blockBytes = 512;
 };

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "embedded/shapefile/ReferenceSystems.h"
 
-#include "embedded/shapefile/FileMapping.h"
+#include "embedded/shapefile/FileBytes.h"
 #include "embedded/shapefile/gdal/ReferenceSystemModule.h"
 
 #include <array>
@@ -62,7 +62,7 @@ ReferenceSystem readReferenceSystem(const std::string& prjPath, Report& report)
 {
     constexpr std::size_t longestDefinition = 1 << 20;
     ReferenceSystem system;
-    const auto file = FileMapping::open(prjPath);
+    const auto file = FileBytes::open(prjPath);
     if (!file || file.value().size() == 0)
         return system;
     if (file.value().size() > longestDefinition) {

@@ -244,7 +244,7 @@ Result<std::string> chooseEncoding(const DbfFile& dbf, const std::vector<std::ui
         return chosen(encoding, "asked for");
     }
     if (const auto cpg
-        = cpgPath.empty() ? Result<FileMapping>(FileMapping()) : FileMapping::open(cpgPath);
+        = cpgPath.empty() ? Result<FileBytes>(FileBytes()) : FileBytes::open(cpgPath);
         cpg && cpg.value().size() > 0) {
         const std::string_view text = cpg.value().bytes();
         const std::string encoding = encodingFromName(text);

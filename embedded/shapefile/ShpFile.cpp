@@ -60,11 +60,11 @@ ShapeSize statedShapeSize(const unsigned char* content, std::uint64_t available)
 
 Result<ShpFile> ShpFile::open(const std::string& shpPath)
 {
-    auto mapping = FileMapping::open(shpPath);
-    if (!mapping)
-        return mapping.error();
+    auto read = FileBytes::open(shpPath);
+    if (!read)
+        return read.error();
     ShpFile file;
-    file.m_file = std::move(mapping.value());
+    file.m_file = std::move(read.value());
     const unsigned char* bytes = file.m_file.data();
     file.m_size = std::min(file.m_file.size(), LongestFile);
     if (file.m_file.size() == 0)
@@ -188,7 +188,6 @@ bool ShpFile::readDamaged(std::size_t& offset, std::int32_t& previousNumber)
 
 void ShpFile::findRecords(const std::string& shxPath)
 {
-    m_file.willReadInOrder();
     std::size_t offset = shp::HeaderBytes;
     std::int32_t previousNumber = 0;
     if (shp::familyOf(m_type) == shp::Point)
@@ -226,12 +225,12 @@ void ShpFile::readIndex(const std::string& shxPath)
         m_index.isMissing = true;
         return;
     }
-    const auto mapping = FileMapping::open(shxPath);
-    if (!mapping) {
+    const auto bytes = FileBytes::open(shxPath);
+    if (!bytes) {
         m_index.isMissing = true;
         return;
     }
-    const FileMapping& file = mapping.value();
+    const FileBytes& file = bytes.value();
     if (file.size() < shp::HeaderBytes || shp::big32(file.data()) != shp::FileCode) {
         m_index.difference = "no .shx header";
         return;

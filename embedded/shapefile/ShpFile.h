@@ -3,7 +3,7 @@
 #pragma once
 
 #include "embedded/base/Result.h"
-#include "embedded/shapefile/FileMapping.h"
+#include "embedded/shapefile/FileBytes.h"
 #include "embedded/shapefile/ShpFormat.h"
 
 #include <cstdint>
@@ -82,7 +82,7 @@ private:
         std::int64_t sizeBytes = 0;
     };
 
-    FileMapping m_file;
+    FileBytes m_file;
     std::size_t m_size = 0; // of the file, as far as a .shp can reach
     std::int32_t m_type = 0;
     std::uint64_t m_declaredBytes = 0;

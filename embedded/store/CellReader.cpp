@@ -26,14 +26,6 @@ std::string_view textOf(sqlite3_value* value)
         static_cast<std::size_t>(sqlite3_value_bytes(value)) };
 }
 
-bool isOneOf(std::string_view text, std::initializer_list<std::string_view> words)
-{
-    for (const std::string_view word : words)
-        if (orv::CompareIgnoreAsciiCase(text, word) == 0)
-            return true;
-    return false;
-}
-
 bool fitsInteger(double value)
 {
     return value >= std::numeric_limits<std::int32_t>::min()
@@ -140,15 +132,13 @@ void CCellTaker::takeBoolean(sqlite3_value* value)
         m_column.appendBoolean(sqlite3_value_double(value) != 0);
         return;
     }
-    const std::string_view text = textOf(value);
-    const bool isTrue = isOneOf(text, { "1", "true", "t", "yes", "y", "s\xC3\xAC", "si" });
-    if (!isTrue && !isOneOf(text, { "0", "false", "f", "no", "n" })) {
+    if (const auto isTrue = booleanOf(textOf(value))) {
+        ++m_counts.converted;
+        m_column.appendBoolean(*isTrue);
+    } else {
         ++m_counts.emptied;
         empty();
-        return;
     }
-    ++m_counts.converted;
-    m_column.appendBoolean(isTrue);
 }
 
 void CCellTaker::takeInteger(sqlite3_value* value)

@@ -3,8 +3,11 @@
 #include "embedded/store/CellText.h"
 
 #include "host/base/Dates.h"
+#include "host/base/Numbers.h"
 
+#include <algorithm>
 #include <charconv>
+#include <initializer_list>
 
 namespace embedded::store {
 namespace {
@@ -105,6 +108,12 @@ template <typename Number> orv::CPolyValue decodedNumber(std::string_view text)
     return takeNumber(text, number) ? orv::CPolyValue(number) : orv::CPolyValue();
 }
 
+bool isOneOf(std::string_view text, std::initializer_list<std::string_view> words)
+{
+    return std::any_of(words.begin(), words.end(),
+        [text](std::string_view word) { return orv::CompareIgnoreAsciiCase(text, word) == 0; });
+}
+
 } // namespace
 
 std::array<char, 10> isoDay(std::int32_t dayNumber)
@@ -119,6 +128,15 @@ std::array<char, 10> isoDay(std::int32_t dayNumber)
     put(6, day.month);
     put(9, day.day);
     return text;
+}
+
+std::optional<bool> booleanOf(std::string_view text)
+{
+    if (isOneOf(text, { "1", "true", "t", "yes", "y", "s\xC3\xAC", "si" }))
+        return true;
+    if (isOneOf(text, { "0", "false", "f", "no", "n" }))
+        return false;
+    return std::nullopt;
 }
 
 bool parseIsoDay(std::string_view text, std::int32_t& dayNumber, bool& hasTime)

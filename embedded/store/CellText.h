@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,9 @@ namespace embedded::store {
 /// "YYYY-MM-DD" of a day number. A day of the calendar, not a moment: it reads the same in every
 /// time zone.
 std::array<char, 10> isoDay(std::int32_t dayNumber);
+
+/// Yes or no as programs write it in texts ("true", "1", "sì" …); nothing for any other text.
+std::optional<bool> booleanOf(std::string_view text);
 
 /// A day as ISO 8601 writes it, with or without a time of day after it; false for any other text.
 bool parseIsoDay(std::string_view text, std::int32_t& dayNumber, bool& hasTime);

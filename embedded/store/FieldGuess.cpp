@@ -74,6 +74,7 @@ struct Content {
     std::int64_t blobs = 0;
     std::int64_t timesOfDay = 0;
     std::int64_t notDates = 0;
+    std::int64_t notBooleans = 0;
     std::int64_t lowest = std::numeric_limits<std::int64_t>::max();
     std::int64_t highest = std::numeric_limits<std::int64_t>::min();
     int digits = 0;
@@ -90,25 +91,30 @@ void look(Statement& row, int column, Declared declared, Content& content)
     std::int32_t day = 0;
     bool hasTime = false;
     double number = 0;
+    const bool isDate = declared == Declared::Date || declared == Declared::Moment;
     switch (row.type(column)) {
     case Statement::Type::Null:
         return;
     case Statement::Type::Integer:
         content.lowest = std::min(content.lowest, row.integer(column));
         content.highest = std::max(content.highest, row.integer(column));
+        content.notDates += isDate ? 1 : 0;
         break;
     case Statement::Type::Real:
         ++content.reals;
+        content.notDates += isDate ? 1 : 0;
         if (content.digits < gis::MaxDecimalDigits)
             content.digits = std::max(content.digits, digitsOf(row.real(column)));
         break;
     case Statement::Type::Text:
         ++content.texts;
-        if (declared == Declared::Date || declared == Declared::Moment) {
+        if (isDate) {
             if (parseIsoDay(row.text(column), day, hasTime))
                 content.timesOfDay += hasTime ? 1 : 0;
             else
                 ++content.notDates;
+        } else if (declared == Declared::Boolean) {
+            content.notBooleans += booleanOf(row.text(column)) ? 0 : 1;
         } else if (declared != Declared::Text) {
             content.isReadableNumber
                 = content.isReadableNumber && orv::ParseDouble(row.text(column), number);
@@ -181,6 +187,9 @@ void reportField(const std::string& table, const PhysicalColumn& column, Declare
     if (content.notDates > 0)
         report.add({ FindingCode::DateUnreadable, FindingSeverity::Warning, column.name, table,
             content.notDates, 0 });
+    if (content.notBooleans > 0)
+        report.add({ FindingCode::LogicalUnreadable, FindingSeverity::Warning, column.name, table,
+            content.notBooleans, 0 });
     if (content.blobs > 0)
         report.add({ FindingCode::CellsEmptied, FindingSeverity::Warning, column.name, table,
             content.blobs, 0 });

@@ -49,12 +49,13 @@ std::string isOddSql(const std::string& column, gis::FieldFormat format)
     case gis::FieldFormat::Boolean:
         return type + " NOT IN ('null', 'integer', 'real')";
     case gis::FieldFormat::Integer:
-        return type + " NOT IN ('null', 'integer') OR abs(" + column + ") > 2147483647";
+        return type + " NOT IN ('null', 'integer') OR " + column
+            + " NOT BETWEEN -2147483648 AND 2147483647";
     case gis::FieldFormat::Decimal:
         return type + " NOT IN ('null', 'integer', 'real')";
     case gis::FieldFormat::Date:
-        return type + " <> 'null' AND " + column
-            + " NOT GLOB '[0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]'";
+        // SQLite carries 31 February over into March, so only real days come back as they were.
+        return type + " <> 'null' AND date(" + column + ", '+0 days') IS NOT " + column;
     }
     return "0";
 }

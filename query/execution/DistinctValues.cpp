@@ -3,14 +3,13 @@
 #include "query/execution/DistinctValues.h"
 
 #include "query/execution/CountTable.h"
+#include "query/execution/Parallel.h"
 
 #include "host/base/Dates.h"
 #include "host/gis/Columns.h"
 #include "host/gis/LibGis.h"
 
-#include <tbb/blocked_range.h>
 #include <tbb/enumerable_thread_specific.h>
-#include <tbb/parallel_for.h>
 #include <tbb/parallel_sort.h>
 
 #include <algorithm>
@@ -67,19 +66,18 @@ template <typename Local, typename Visit>
 void countInParallel(const gis::EntityRunsView& runs, const gis::ColumnView& column,
     tbb::enumerable_thread_specific<Local>& locals, const Visit& visit)
 {
-    tbb::parallel_for(tbb::blocked_range<int>(0, runs.entityCount, BlockEntities),
-        [&](const tbb::blocked_range<int>& range) {
-            Local& local = locals.local();
-            forEachPiece(runs, column, range.begin(), range.end(),
-                [&](const gis::ColumnChunk& chunk, int row, int count, int index) {
-                    for (int i = 0; i < count; ++i) {
-                        if (hasValue(chunk, row + i))
-                            visit(local, chunk, row + i, index + i);
-                        else
-                            ++local.missing;
-                    }
-                });
-        });
+    forEachRange(runs.entityCount, BlockEntities, [&](int first, int end) {
+        Local& local = locals.local();
+        forEachPiece(runs, column, first, end,
+            [&](const gis::ColumnChunk& chunk, int row, int count, int index) {
+                for (int i = 0; i < count; ++i) {
+                    if (hasValue(chunk, row + i))
+                        visit(local, chunk, row + i, index + i);
+                    else
+                        ++local.missing;
+                }
+            });
+    });
 }
 
 struct TextCounts {
@@ -131,11 +129,10 @@ DistinctValues distinctTexts(const gis::EntityRunsView& runs, const gis::ColumnV
     tbb::parallel_sort(texts.begin(), texts.end());
 
     result.values.resize(texts.size());
-    tbb::parallel_for(tbb::blocked_range<std::size_t>(0, texts.size(), 4096),
-        [&](const tbb::blocked_range<std::size_t>& range) {
-            for (std::size_t i = range.begin(); i < range.end(); ++i)
-                result.values[i] = { orv::CPolyValue(orv::String(texts[i].text)), texts[i].count };
-        });
+    forEachRange(texts.size(), std::size_t(4096), [&](std::size_t first, std::size_t end) {
+        for (std::size_t i = first; i < end; ++i)
+            result.values[i] = { orv::CPolyValue(orv::String(texts[i].text)), texts[i].count };
+    });
     return result;
 }
 

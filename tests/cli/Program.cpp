@@ -104,7 +104,9 @@ std::string readAll(std::FILE* file)
 
 } // namespace
 
-Outcome run(const std::vector<std::string>& words)
+namespace {
+
+Outcome runFor(const std::vector<std::string>& words, int interruptAfterMs)
 {
     std::FILE* out = std::tmpfile();
     std::FILE* err = std::tmpfile();
@@ -114,11 +116,27 @@ Outcome run(const std::vector<std::string>& words)
         redirect(STDERR_FILENO, err);
         become(words);
     }
+    if (interruptAfterMs >= 0) {
+        usleep(static_cast<useconds_t>(interruptAfterMs) * 1000);
+        kill(process, SIGINT);
+    }
     Outcome outcome;
     outcome.exitCode = waitFor(process);
     outcome.out = readAll(out);
     outcome.err = readAll(err);
     return outcome;
+}
+
+} // namespace
+
+Outcome run(const std::vector<std::string>& words)
+{
+    return runFor(words, -1);
+}
+
+Outcome runInterrupted(const std::vector<std::string>& words, int afterMs)
+{
+    return runFor(words, afterMs);
 }
 
 Outcome runInto(

@@ -42,6 +42,9 @@ private:
 [[nodiscard]] Outcome runInto(
     const std::vector<std::string>& words, std::size_t readBytes, bool isPipeSignalIgnored);
 
+/// The same, with Ctrl+C after so many milliseconds.
+[[nodiscard]] Outcome runInterrupted(const std::vector<std::string>& words, int afterMs);
+
 [[nodiscard]] std::string contents(const std::string& path);
 /// A file of the shared test data; empty when the data is not there.
 [[nodiscard]] std::string testData(std::string_view name);

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "query/execution/plan/EntitySelection.h"
 
-#include <tbb/blocked_range.h>
+#include "query/execution/Parallel.h"
+
 #include <tbb/enumerable_thread_specific.h>
-#include <tbb/parallel_for.h>
 
 #include <bit>
 #include <memory>
@@ -35,8 +35,8 @@ template <typename Work> void forEachIndex(int count, int grain, bool isAlone, c
             work(i);
         return;
     }
-    tbb::parallel_for(tbb::blocked_range<int>(0, count, grain), [&](const auto& part) {
-        for (int i = part.begin(); i < part.end(); ++i)
+    forEachRange(count, grain, [&work](int first, int end) {
+        for (int i = first; i < end; ++i)
             work(i);
     });
 }

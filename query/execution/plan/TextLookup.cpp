@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "query/execution/plan/TextLookup.h"
 
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
+#include "query/execution/Parallel.h"
 
 #include <atomic>
 
@@ -28,9 +27,8 @@ std::uint32_t seekCode(const gis::ColumnView& view, std::string_view text)
     if (view.dictionarySize <= TextsPerTask)
         return seekCode(view, text, 0, view.dictionarySize);
     std::atomic<std::uint32_t> found { NoCode };
-    const tbb::blocked_range<std::uint32_t> all(0, view.dictionarySize, TextsPerTask);
-    tbb::parallel_for(all, [&](const auto& part) {
-        const std::uint32_t code = seekCode(view, text, part.begin(), part.end());
+    forEachRange(view.dictionarySize, TextsPerTask, [&](std::uint32_t first, std::uint32_t end) {
+        const std::uint32_t code = seekCode(view, text, first, end);
         if (code != NoCode)
             found.store(code, std::memory_order_relaxed);
     });

@@ -2,14 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "query/execution/plan/TextSteps.h"
 
+#include "query/execution/Parallel.h"
+
 #include "query/execution/plan/Answers.h"
 #include "query/execution/plan/Days.h"
 #include "query/execution/plan/Kernels.h"
 
 #include "host/base/Numbers.h"
-
-#include <tbb/blocked_range.h>
-#include <tbb/parallel_for.h>
 
 #include <utility>
 
@@ -73,8 +72,7 @@ CodeSet codesOf(const gis::ColumnView& column, const TextCondition& condition)
     if (words->size() <= WordsPerTask) {
         fill(0, words->size());
     } else {
-        tbb::parallel_for(tbb::blocked_range<std::size_t>(0, words->size(), WordsPerTask),
-            [&](const auto& part) { fill(part.begin(), part.end()); });
+        forEachRange(words->size(), WordsPerTask, fill);
     }
     return words;
 }

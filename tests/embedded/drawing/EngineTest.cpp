@@ -22,6 +22,13 @@ protected:
     embedded::Engine& implementation = embedded::Engine::of(engine);
 };
 
+TEST_F(EngineTest, ANewLayerIsAChangeOfTheLibrary)
+{
+    EXPECT_FALSE(library.GetModifiedFlag());
+    engine.AddDrawing(1, "Strade", false, false, false);
+    EXPECT_TRUE(library.GetModifiedFlag());
+}
+
 TEST_F(EngineTest, LayersAreFoundByNameAndByNumber)
 {
     const std::int64_t streets = engine.AddDrawing(1, "Strade", false, false, false);

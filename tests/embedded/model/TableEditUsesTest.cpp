@@ -151,4 +151,23 @@ TEST(TableEditUsesTest, ColumnsThatCannotBeReadAreNotCommittedAsEmpty)
     EXPECT_EQ(library->GetFieldName(library->GetField(library->GetTable(0), 0)), orv::String("a"));
 }
 
+TEST(TableEditUsesTest, ColumnsThatCouldNotBeShownAreNotCommittedAsEmptyEither)
+{
+    orv::CChangeTransactionManager changes;
+    const auto library = makeLibrary("table T (a text, b text)", &changes);
+    Library::of(library.get())->setStore(std::make_shared<CUnreadableStore>());
+    gis::CDBTable* table = library->GetTable(0);
+    table->markStored(5);
+    orv::CPolyValue value;
+    library->GetRowValue(library->GetRow(table, 0), 0, value); // as a grid does
+    EXPECT_TRUE(value.IsEmpty());
+    CCtrlDlgTableEdit edit(library.get(), table);
+    edit.SetFieldFormat(edit.GetCurField(0), gis::FieldFormat::Decimal);
+
+    EXPECT_FALSE(edit.Commit());
+
+    EXPECT_FALSE(changes.CanUndo());
+    EXPECT_EQ(library->GetFieldFormat(library->GetField(table, 0)), gis::FieldFormat::Text);
+}
+
 } // namespace

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <set>
 
 namespace {
@@ -370,6 +371,22 @@ TEST(ThemeMapEditTest, ManyRowsInSeveralChunksAreAllLookedAt)
     EXPECT_EQ(low, orv::CPolyValue(1));
     EXPECT_EQ(high, orv::CPolyValue(200000));
     EXPECT_FALSE(found);
+}
+
+TEST(ThemeClassesTest, NotANumberIsInNoClass)
+{
+    constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
+    embedded::Column column(gis::ColumnKind::Decimal);
+    for (const double value : { nothing, 3.0, nothing, 1.0, 2.0, nothing, 1.0 })
+        column.appendDecimal(value);
+
+    const auto values = embedded::distinctValues(column, 10);
+    ASSERT_EQ(values.size(), 3U);
+    EXPECT_EQ(values[0], orv::CPolyValue(1.0));
+    EXPECT_EQ(values[2], orv::CPolyValue(3.0));
+    const auto range = embedded::rangeOf(column);
+    EXPECT_EQ(range.minimum, orv::CPolyValue(1.0));
+    EXPECT_EQ(range.maximum, orv::CPolyValue(3.0));
 }
 
 } // namespace

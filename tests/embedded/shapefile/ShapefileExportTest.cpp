@@ -249,6 +249,20 @@ TEST_F(ShapefileExportTest, ListsBecomeTexts)
     EXPECT_NE(finding(FindingCode::FormatChanged, "a"), nullptr);
 }
 
+TEST_F(ShapefileExportTest, DecimalsThatReadBackAsIntegersAreNoted)
+{
+    support::fillLibrary(library,
+        "table t (a decimal 0, b decimal 0, c decimal 1); rows t: (5, 3000000000, 5);"
+        "theme t: points 2d on t; ents t: 0 [0 0]");
+
+    ASSERT_TRUE(exportTheme().ok());
+
+    ASSERT_NE(finding(FindingCode::FormatChanged, "a"), nullptr);
+    EXPECT_EQ(finding(FindingCode::FormatChanged, "a")->severity, embedded::FindingSeverity::Note);
+    EXPECT_EQ(finding(FindingCode::FormatChanged, "b"), nullptr) << "too large for an integer";
+    EXPECT_EQ(finding(FindingCode::FormatChanged, "c"), nullptr) << "its digits tell";
+}
+
 TEST_F(ShapefileExportTest, ATableWithoutFieldsGetsANumber)
 {
     support::fillLibrary(

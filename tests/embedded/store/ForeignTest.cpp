@@ -145,6 +145,19 @@ TEST_F(ForeignTest, BytesAreLeftOutAndOddCellsCounted)
     EXPECT_NE(text.find("('tre', -, 'ok')"), std::string::npos) << text;
 }
 
+TEST_F(ForeignTest, TextsThatAreNeitherYesNorNoAndNumbersThatAreNoDatesAreCounted)
+{
+    makeTable(
+        "a BOOLEAN, b DATE", "(1, 'forse', 20200101), (2, 'true', '2020-01-01'), (3, 0, NULL)");
+
+    const std::string text = printed();
+
+    EXPECT_EQ(counted(FindingCode::LogicalUnreadable), 1);
+    EXPECT_EQ(counted(FindingCode::DateUnreadable), 1);
+    EXPECT_NE(text.find("(-, -)"), std::string::npos) << text;
+    EXPECT_NE(text.find("(yes, 01/01/2020)"), std::string::npos) << text;
+}
+
 TEST_F(ForeignTest, ALayerOfAnyGeometryTakesTheKindOfMost)
 {
     make("INSERT INTO gpkg_contents VALUES ('l', 'features', 'l', 3003);"

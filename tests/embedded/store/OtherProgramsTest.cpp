@@ -31,6 +31,7 @@ protected:
     }
     std::string changedBy(const std::string& sql)
     {
+        library.reset();
         runSql(path, sql);
         return reopened();
     }
@@ -150,6 +151,21 @@ TEST_F(OtherProgramsTest, ValuesOfOtherTypesAreConvertedOrEmptyAndSaid)
     EXPECT_THAT(text, HasSubstr("('a', -, 01/01/2020)"));
     EXPECT_THAT(text, HasSubstr("('b', 75, -)"));
     EXPECT_THAT(text, HasSubstr("('12', -, -)"));
+    EXPECT_TRUE(says(FindingCode::CellsEmptied));
+}
+
+TEST_F(OtherProgramsTest, DaysThatAreNotAndNumbersBeyondAllAreSaid)
+{
+    std::string text = changedBy("UPDATE Lampioni SET posa = '2016-02-31' WHERE nome = 'a'");
+    EXPECT_THAT(text, HasSubstr("('a', 60, -)"));
+    EXPECT_TRUE(says(FindingCode::CellsEmptied));
+
+    text = changedBy("UPDATE Lampioni SET posa = '2016-02-29' WHERE nome = 'a'");
+    EXPECT_THAT(text, HasSubstr("('a', 60, 29/02/2016)"));
+    EXPECT_FALSE(says(FindingCode::CellsEmptied));
+
+    text = changedBy("UPDATE Lampioni SET watt = -9223372036854775808 WHERE nome = 'a'");
+    EXPECT_THAT(text, HasSubstr("('a', -, 29/02/2016)"));
     EXPECT_TRUE(says(FindingCode::CellsEmptied));
 }
 

@@ -64,6 +64,8 @@ void editAndUndo(gis::CLibGis& library, orv::CChangeTransactionManager& changes)
     if (number < 0)
         number = lastOf(table, gis::FieldFormat::Integer);
     for (const char* const format : { "Testo", "Decimale" }) {
+        if (number < 0 && text < 0)
+            break; // dates and the like only
         states.push_back(support::printTable(table));
         edit(library, changes, [&](CDlgTableEdit&, QTableView& grid) {
             const QString other = QString::fromLatin1(format);
@@ -74,8 +76,7 @@ void editAndUndo(gis::CLibGis& library, orv::CChangeTransactionManager& changes)
                     other == QLatin1String("Testo") ? QStringLiteral("Decimale")
                                                     : QStringLiteral("Testo"));
         });
-        if (number >= 0 || text >= 0)
-            EXPECT_NE(support::printTable(table), states.back()) << format;
+        EXPECT_NE(support::printTable(table), states.back()) << format;
     }
     for (; !states.empty(); states.pop_back()) {
         ASSERT_TRUE(changes.CanUndo());
