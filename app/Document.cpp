@@ -134,8 +134,7 @@ embedded::Result<void> Document::openRecovered(
     // An empty change: the work is unsaved until the user saves it, wherever it came from.
     implementation(*m_library).record([] {}, [] {});
     m_path = originalPath;
-    m_isReadOnly
-        = !originalPath.isEmpty(); // the first save asks for the name and offers the old one
+    m_isRecovered = true; // the first save asks for the name and offers the old one
     Q_EMIT changed();
     return {};
 }
@@ -155,6 +154,7 @@ embedded::Result<void> Document::saveAs(const QString& path)
     if (saved) {
         m_path = path;
         m_isReadOnly = false;
+        m_isRecovered = false;
     }
     Q_EMIT changed();
     return saved;

@@ -48,6 +48,12 @@ public:
     /// File name without folder, or "Senza nome".
     [[nodiscard]] QString title() const;
     [[nodiscard]] bool isSaved() const;
+    /// True when saving has to ask for a name: a new library, another program's file, recovered
+    /// work.
+    [[nodiscard]] bool needsName() const
+    {
+        return m_path.isEmpty() || m_isReadOnly || m_isRecovered;
+    }
     /// True when the file can only be saved under another name.
     [[nodiscard]] bool isReadOnly() const { return m_isReadOnly; }
 
@@ -104,6 +110,7 @@ private:
     std::vector<std::pair<gis::CTheme*, int>> m_entityCounts;
     QString m_path;
     bool m_isReadOnly = false;
+    bool m_isRecovered = false;
 };
 
 } // namespace app

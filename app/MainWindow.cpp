@@ -20,6 +20,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QSettings>
+#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -57,6 +58,10 @@ MainWindow::MainWindow()
     restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
     restoreState(settings.value(QStringLiteral("state")).toByteArray());
 
+    connect(&m_recovery, &Recovery::failed, this, [this] {
+        m_message->setText(QStringLiteral(
+            "La copia di recupero non può essere scritta: il lavoro non salvato non è protetto."));
+    });
     connect(&m_document, &Document::opened, this, &MainWindow::onOpened);
     connect(&m_document, &Document::changed, this, &MainWindow::onChanged);
     connect(&m_document, &Document::highlightChanged, this, &MainWindow::refreshMarks);
@@ -179,7 +184,7 @@ void MainWindow::offerRecovery()
 bool MainWindow::save()
 {
     m_identify->commit();
-    if (m_document.path().isEmpty() || m_document.isReadOnly())
+    if (m_document.needsName())
         return saveAs();
     const kit::WaitCursor wait;
     const auto saved = m_document.save();
@@ -259,13 +264,16 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event)
 void MainWindow::dropEvent(QDropEvent* event)
 {
     event->acceptProposedAction();
-    for (const QUrl& url : event->mimeData()->urls()) {
-        const QString path = url.toLocalFile();
-        if (path.endsWith(QLatin1String(".gpkg"), Qt::CaseInsensitive))
-            openFile(path);
-        else if (path.endsWith(QLatin1String(".shp"), Qt::CaseInsensitive))
-            importFile(path);
-    }
+    // When the drop is over: the program that the files come from waits for its end.
+    QTimer::singleShot(0, this, [this, urls = event->mimeData()->urls()] {
+        for (const QUrl& url : urls) {
+            const QString path = url.toLocalFile();
+            if (path.endsWith(QLatin1String(".gpkg"), Qt::CaseInsensitive))
+                openFile(path);
+            else if (path.endsWith(QLatin1String(".shp"), Qt::CaseInsensitive))
+                importFile(path);
+        }
+    });
 }
 
 void MainWindow::onOpened()

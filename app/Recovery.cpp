@@ -22,6 +22,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
+#include <utility>
 
 namespace app {
 
@@ -82,6 +83,7 @@ Recovery::Recovery(Document& document)
     : m_document(document)
     , m_name(QUuid::createUuid().toString(QUuid::WithoutBraces) + Suffix)
 {
+    connect(&document, &Document::opened, this, &Recovery::onOpened);
     connect(&document, &Document::changed, this, &Recovery::onChanged);
 }
 
@@ -158,6 +160,16 @@ void Recovery::forget()
     removeCopy(path());
 }
 
+/// Another library: its changes are counted anew, and the copy of the one before is of no use.
+void Recovery::onOpened()
+{
+    m_writtenPosition = 0;
+    m_isWanted = false;
+    if (m_isForgotten)
+        *m_isForgotten = true;
+    removeCopy(path());
+}
+
 void Recovery::onChanged()
 {
     if (m_document.isSaved()) {
@@ -176,8 +188,10 @@ void Recovery::write()
     m_isWanted = false;
     std::shared_ptr<gis::CLibGis> copy
         = embedded::cloneLibrary(*embedded::Library::of(&m_document.library()));
-    if (!copy || !holdLock())
+    if (!copy || !holdLock()) {
+        tellFailure();
         return;
+    }
     m_isWriting = true;
     m_writtenPosition = m_document.changes().Position();
     m_isForgotten = std::make_shared<std::atomic<bool>>(false);
@@ -201,10 +215,22 @@ void Recovery::onWritten(bool isWritten)
     m_isWriting = false;
     if (isWritten && !*m_isForgotten)
         discardReplaced();
+    if (!isWritten && !*m_isForgotten) {
+        m_writtenPosition = 0; // the next act tries again
+        tellFailure();
+    }
+    if (isWritten)
+        m_isFailureTold = false;
     if (m_isWanted)
         write();
     else if (*m_isForgotten)
         releaseLock();
+}
+
+void Recovery::tellFailure()
+{
+    if (!std::exchange(m_isFailureTold, true))
+        Q_EMIT failed();
 }
 
 } // namespace app

@@ -44,8 +44,14 @@ public:
     [[nodiscard]] bool isWriting() const { return m_isWriting; }
     [[nodiscard]] QString path() const;
 
+Q_SIGNALS:
+    /// A copy cannot be written; told once until one is written again.
+    void failed();
+
 private:
+    void onOpened();
     void onChanged();
+    void tellFailure();
     void write();
     void onWritten(bool isWritten);
     void discardReplaced();
@@ -59,6 +65,7 @@ private:
     std::vector<RecoveryFile> m_replaced;
     bool m_isWriting = false;
     bool m_isWanted = false;
+    bool m_isFailureTold = false;
     std::shared_ptr<std::atomic<bool>>
         m_isForgotten; // of the copy being written: it must not come back
 };

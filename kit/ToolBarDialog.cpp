@@ -49,6 +49,12 @@ void CToolBarDialog::makeToolBar(const QList<Button>& buttons)
     updateCommands();
 }
 
+void CToolBarDialog::offerCommandsIn(QWidget& list)
+{
+    list.addActions(m_bar->actions());
+    list.setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
 QAction* CToolBarDialog::command(int command) const
 {
     return findChild<QAction*>(CommandPrefix + QString::number(command));

@@ -37,6 +37,8 @@ protected:
     virtual void runCommand(int command) = 0;
     [[nodiscard]] virtual bool isCommandEnabled(int command) const = 0;
     void updateCommands();
+    /// The commands also as the menu of a list, which the Menu key opens.
+    void offerCommandsIn(QWidget& list);
 
 private:
     QToolBar* m_bar = nullptr;

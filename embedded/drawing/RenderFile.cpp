@@ -21,6 +21,9 @@ public:
         if (QCoreApplication::instance())
             return;
         qputenv("QT_QPA_PLATFORM", "offscreen");
+        // Qt's remarks about the desktop (no runtime folder, no fonts folder) are not for the users
+        // of a program that answers in lines.
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
         m_application.emplace(m_argumentCount, m_arguments);
     }
 

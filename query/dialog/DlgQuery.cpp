@@ -13,6 +13,7 @@
 
 #include "ui_CDlgQuery.h"
 
+#include <QAction>
 #include <QKeyEvent>
 #include <QTimer>
 
@@ -71,6 +72,16 @@ void CDlgQuery::bindLists()
     connect(m_ui->id2068, &QListView::clicked, this, &CDlgQuery::onFieldClicked);
     connect(m_ui->id2068, &QListView::doubleClicked, this, &CDlgQuery::onFieldDoubleClicked);
     connect(m_ui->id2069, &QListView::doubleClicked, this, &CDlgQuery::onValueDoubleClicked);
+    // The Menu key and the right button offer what a double click does.
+    auto* insertField = new QAction(QStringLiteral("Inserisci campo"), m_ui->id2068);
+    connect(insertField, &QAction::triggered, this, &CDlgQuery::onFieldDoubleClicked);
+    m_ui->id2068->addAction(insertField);
+    auto* insertValue = new QAction(QStringLiteral("Inserisci valore"), m_ui->id2069);
+    connect(insertValue, &QAction::triggered, this, &CDlgQuery::onValueDoubleClicked);
+    m_ui->id2069->addAction(insertValue);
+    for (QWidget* list :
+        { static_cast<QWidget*>(m_ui->id2068), static_cast<QWidget*>(m_ui->id2069) })
+        list->setContextMenuPolicy(Qt::ActionsContextMenu);
     m_ui->id2068->installEventFilter(this);
     m_ui->id2069->installEventFilter(this);
 }

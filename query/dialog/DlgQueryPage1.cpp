@@ -17,7 +17,9 @@ CDlgQueryPage1::CDlgQueryPage1(CDlgQuerySheet& sheet)
 {
     m_ui->setupUi(this);
     kit::preparePage(*this, "CDlgQueryPage1");
-    connect(m_ui->id2071, &QLineEdit::textChanged, m_live, &query::CLiveCount::setFilter);
+    // The text as it is now: the signal's is older where what was pasted has been cleaned.
+    connect(m_ui->id2071, &QLineEdit::textChanged, m_live,
+        [this] { m_live->setFilter(m_ui->id2071->text()); });
     connect(m_live, &query::CLiveCount::stateChanged, this, &CDlgQueryPage1::renderLive);
 }
 

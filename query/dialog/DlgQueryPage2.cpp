@@ -25,6 +25,7 @@ void CDlgQueryPage2::OnSetActive()
         gis::CLibGis* library = sheet().Library();
         m_grid = std::make_unique<CCtrlShowTable>(
             sheet().Engine(), sheet().Drawing(), library, sheet().Table(), this);
+        m_gridTable = sheet().Table();
         m_grid->SetEditable(false);
         std::vector<orv::CResultRow*> rows;
         rows.reserve(sheet().Found().size());
@@ -32,6 +33,8 @@ void CDlgQueryPage2::OnSetActive()
             rows.push_back(library->GetRow(entity));
         m_grid->Fill(rows);
         layout()->addWidget(m_grid.get());
+        if (m_widthsOf == sheet().Table())
+            m_grid->setColumnWidths(m_widths);
         m_grid->show();
     }
     CDlgQueryPageBase::OnSetActive();
@@ -39,5 +42,9 @@ void CDlgQueryPage2::OnSetActive()
 
 void CDlgQueryPage2::DropGrid()
 {
+    if (m_grid) { // widths are kept as long as the question is about the same table
+        m_widths = m_grid->columnWidths();
+        m_widthsOf = m_gridTable;
+    }
     m_grid.reset();
 }

@@ -5,8 +5,12 @@
 #include "query/dialog/DlgQueryPageBase.h"
 
 #include <memory>
+#include <vector>
 
 class CCtrlShowTable;
+namespace gis {
+class CDBTable;
+}
 
 /// "Risultato": the rows of the found entities in a grid that is not edited. The grid is made when
 /// the page comes to the front and has none.
@@ -22,4 +26,7 @@ public:
 
 private:
     std::unique_ptr<CCtrlShowTable> m_grid;
+    const gis::CDBTable* m_gridTable = nullptr;
+    std::vector<int> m_widths; // in pixels, of the last grid's columns
+    const gis::CDBTable* m_widthsOf = nullptr;
 };

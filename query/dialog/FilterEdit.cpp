@@ -65,7 +65,8 @@ CFilterEdit::CFilterEdit(QWidget* parent)
     connect(m_completer, qOverload<const QString&>(&QCompleter::activated), this,
         &CFilterEdit::takeCompletion);
     connect(this, &QLineEdit::textEdited, this, &CFilterEdit::cleanEntered);
-    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) { m_before = text; });
+    // The text as it is now: the signal's is older where what was entered has been cleaned.
+    connect(this, &QLineEdit::textChanged, this, [this] { m_before = text(); });
     connect(this, &QLineEdit::textEdited, this, [this] {
         if (m_completer->popup()->isVisible())
             complete();

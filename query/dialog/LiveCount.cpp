@@ -6,8 +6,8 @@
 
 #include <QLocale>
 
-#include <new>
 #include <system_error>
+#include <utility>
 
 namespace query {
 
@@ -71,21 +71,31 @@ void CLiveCount::check()
     m_startTimer.stop();
     m_count.reset();
     const FilterCheck checked = checkFilter(m_filter);
-    if (checked.isFilter && m_library && m_theme)
+    if (checked.isFilter && m_library && m_theme) {
+        // A number may stand until the next one is there; what was wrong is not wrong any more.
+        if (m_state.isWrong || (m_theme != m_shownTheme && !m_state.text.isEmpty()))
+            show({});
+        m_shownTheme = m_theme;
         m_startTimer.start(StartAfterMs);
-    else
+    } else
         show({ checked.message, !checked.message.isEmpty(), checked.start, checked.length });
 }
 
 void CLiveCount::start()
 {
-    m_count = CFilterCount::make(*m_library, m_theme, m_filter.toStdString());
-    if (!m_count)
+    try {
+        m_count = CFilterCount::make(*m_library, m_theme, m_filter.toStdString());
+    } catch (...) { // out of memory, or whatever a host's columns throw: one can ask as well
+        m_count.reset();
+    }
+    if (!m_count) {
         show({});
-    else if (m_count->isByColumns())
+    } else if (m_count->isByColumns()) {
         startWorker();
-    else
+    } else {
+        m_isSlowTold = false;
         m_stepTimer.start(0);
+    }
 }
 
 void CLiveCount::startWorker()
@@ -97,7 +107,7 @@ void CLiveCount::startWorker()
         int found = NotCounted;
         try {
             found = count->countColumns();
-        } catch (const std::bad_alloc&) {
+        } catch (...) { // the same
         }
         QMetaObject::invokeMethod(this, &CLiveCount::onWorkerDone, Qt::QueuedConnection);
         return found;
@@ -125,8 +135,11 @@ void CLiveCount::onWorkerDone()
 
 void CLiveCount::step()
 {
-    if (!m_count->step(SliceMs))
+    if (!m_count->step(SliceMs)) {
+        if (!std::exchange(m_isSlowTold, true))
+            show({ QStringLiteral("conteggio in corso…"), false, 0, 0 });
         return;
+    }
     m_stepTimer.stop();
     showCount(m_count->found());
 }

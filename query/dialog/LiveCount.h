@@ -49,10 +49,12 @@ private:
 
     gis::CLibGis* m_library;
     gis::CTheme* m_theme = nullptr;
+    gis::CTheme* m_shownTheme = nullptr; // whose count was started last
     QString m_filter;
     LiveState m_state;
     QTimer m_startTimer;
     QTimer m_stepTimer;
+    bool m_isSlowTold = false; // that the counting by slices goes on
     /// Shared with the worker, which may outlive the interest in its answer.
     std::shared_ptr<CFilterCount> m_count;
     std::future<int> m_worker;

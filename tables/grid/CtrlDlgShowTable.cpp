@@ -108,4 +108,11 @@ bool CCtrlDlgShowTable::copyRows(
     return true;
 }
 
+orv::String CCtrlDlgShowTable::cellForCopy(int fillRow, int field) const
+{
+    std::string text;
+    appendCell(text, m_contents.text(fillRow, field).View());
+    return orv::String(std::string_view(text));
+}
+
 } // namespace tables

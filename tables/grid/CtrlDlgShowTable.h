@@ -37,6 +37,9 @@ public:
     bool copyRows(
         const std::vector<int>& fillRows, const StepCheck& goesOn, std::string& text) const;
 
+    /// One cell's text as `copyRows` writes it.
+    [[nodiscard]] orv::String cellForCopy(int fillRow, int field) const;
+
 private:
     CDravoEng* m_engine;
     std::int64_t m_drawing;

@@ -10,6 +10,7 @@
 #include "kit/LongWork.h"
 #include "kit/Progress.h"
 #include "kit/WaitCursor.h"
+#include "kit/texts/QtText.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -17,6 +18,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
+#include <QMenu>
 #include <QShortcut>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -27,9 +29,9 @@ using tables::RowRun;
 
 namespace {
 
-/// More runs of selected rows than this are let go when the rows change places: a selection of so
-/// many pieces would make every repaint slow.
-constexpr std::size_t MostSelectedRuns = 5000;
+/// More runs of selected rows than this are let go, and the user is told: a selection of so many
+/// pieces would make every repaint slow.
+constexpr std::size_t MostSelectedRuns = 20000;
 
 QString countText(int count, const QString& one, const QString& several)
 {
@@ -84,8 +86,12 @@ void CCtrlShowTable::connectView()
     using tables::CGridView;
     connect(m_view, &CGridView::currentRowChanged, this,
         [this](int row) { m_grid.showRow(m_model.fillRow(row)); });
-    connect(m_view, &CGridView::selectedRowsChanged, this, &CCtrlShowTable::renderStatus);
+    connect(m_view, &CGridView::selectedRowsChanged, this, [this] {
+        m_lostSelection = 0;
+        renderStatus();
+    });
     connect(m_view, &CGridView::copyRequested, this, &CCtrlShowTable::copy);
+    connect(m_view, &CGridView::menuRequested, this, &CCtrlShowTable::showMenu);
     connect(m_view, &CGridView::findRequested, m_findBar, &tables::CFindBar::open);
     // From anywhere in the window while the grid is seen.
     auto* find = new QShortcut(QKeySequence::Find, this);
@@ -105,6 +111,7 @@ void CCtrlShowTable::Fill()
     readColumns();
     afterFill();
     selectFillRows(m_grid.rowsSelectedInDrawing());
+    renderStatus();
     if (const auto runs = m_view->selectedRuns(); !runs.empty())
         m_view->scrollTo(m_model.index(runs.front().first, 0), QAbstractItemView::PositionAtCenter);
 }
@@ -201,8 +208,10 @@ void CCtrlShowTable::selectFillRows(const std::vector<int>& fillRows)
         else
             runs.push_back({ row, row });
     }
-    if (!runs.empty() && runs.size() <= MostSelectedRuns)
+    const bool isTooMany = runs.size() > MostSelectedRuns;
+    if (!runs.empty() && !isTooMany)
         m_view->selectRuns(runs);
+    m_lostSelection = isTooMany ? static_cast<int>(fillRows.size()) : 0;
 }
 
 void CCtrlShowTable::beforeSort()
@@ -232,7 +241,8 @@ void CCtrlShowTable::copy()
     if (runs.empty()) {
         const QModelIndex cell = m_view->currentIndex();
         if (cell.isValid())
-            QApplication::clipboard()->setText(cell.data().toString());
+            QApplication::clipboard()->setText(
+                kit::toQt(m_grid.cellForCopy(m_model.fillRow(cell.row()), cell.column())));
         return;
     }
     std::vector<int> fillRows;
@@ -244,6 +254,42 @@ void CCtrlShowTable::copy()
     if (m_grid.copyRows(
             fillRows, [&](double fraction) { return progress.advance(fraction); }, text))
         QApplication::clipboard()->setText(QString::fromStdString(text));
+}
+
+/// What can be done with the grid, at the mouse or, with the Menu key, at the current cell.
+void CCtrlShowTable::showMenu(const QPoint& place)
+{
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("gridMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const QModelIndex cell = m_view->currentIndex();
+    QAction* edit = menu->addAction(QStringLiteral("Modifica\tF2"), this, [this] {
+        if (m_view->currentIndex().isValid())
+            m_view->edit(m_view->currentIndex());
+    });
+    edit->setEnabled(cell.isValid() && m_model.flags(cell).testFlag(Qt::ItemIsEditable));
+    menu->addSeparator();
+    menu->addAction(QStringLiteral("Copia\tCtrl+C"), this, &CCtrlShowTable::copy)
+        ->setEnabled(cell.isValid() || m_view->selectedCount() > 0);
+    menu->addAction(
+        QStringLiteral("Seleziona tutto\tCtrl+A"), m_view, &QAbstractItemView::selectAll);
+    menu->addAction(QStringLiteral("Trova...\tCtrl+F"), m_findBar, &tables::CFindBar::open);
+    menu->popup(place);
+}
+
+std::vector<int> CCtrlShowTable::columnWidths() const
+{
+    std::vector<int> widths;
+    for (int column = 0; column < m_model.columnCount(); ++column)
+        widths.push_back(m_view->columnWidth(column));
+    return widths;
+}
+
+void CCtrlShowTable::setColumnWidths(const std::vector<int>& widths)
+{
+    const int count = std::min(m_model.columnCount(), static_cast<int>(widths.size()));
+    for (int column = 0; column < count; ++column)
+        m_view->setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
 }
 
 void CCtrlShowTable::findNext(bool isForward)
@@ -283,6 +329,9 @@ void CCtrlShowTable::renderStatus()
     m_counts->setText(counts);
     if (!m_notFound.isEmpty())
         m_hint->setText(m_notFound);
+    else if (m_lostSelection > 0)
+        m_hint->setText(QStringLiteral("Selezione troppo frammentata, non mostrata: ")
+            + countText(m_lostSelection, QStringLiteral("riga"), QStringLiteral("righe")));
     else if (m_grid.contents().hasEditedDecimals())
         m_hint->setText(QStringLiteral("I decimali si modificano in \"Attributi gis\""));
     else

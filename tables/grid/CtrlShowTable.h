@@ -37,6 +37,10 @@ public:
     /// value is missing.
     bool Save();
 
+    /// Widths that the user gave the columns, in pixels.
+    [[nodiscard]] std::vector<int> columnWidths() const;
+    void setColumnWidths(const std::vector<int>& widths);
+
     [[nodiscard]] tables::CGridView& view() const { return *m_view; }
     [[nodiscard]] tables::CGridModel& model() { return m_model; }
 
@@ -50,6 +54,7 @@ private:
     void onEntryRefused(const QModelIndex& index);
     void showRefusal();
     void copy();
+    void showMenu(const QPoint& place);
     void findNext(bool isForward);
     void closeFind();
     void renderStatus();
@@ -63,4 +68,5 @@ private:
     QPersistentModelIndex m_refused; // its message is still to be shown
     std::vector<int> m_selectedFillRows; // while the rows change places
     QString m_notFound;
+    int m_lostSelection = 0; // rows that were too many pieces to stay selected
 };

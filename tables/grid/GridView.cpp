@@ -129,6 +129,10 @@ void CGridView::keyPressEvent(QKeyEvent* event)
     } else if (isControl && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
         if (currentIndex().isValid() && (model()->flags(currentIndex()) & Qt::ItemIsEditable))
             edit(currentIndex());
+    } else if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier) {
+        // A click on the current cell, which changes nothing; as a letter it would replace the
+        // text.
+        makeCurrent(currentIndex());
     } else if (isControl && event->key() == Qt::Key_Space) {
         selectionModel()->select(
             currentIndex(), QItemSelectionModel::Toggle | QItemSelectionModel::Rows);
@@ -141,6 +145,15 @@ void CGridView::keyPressEvent(QKeyEvent* event)
     } else {
         QTableView::keyPressEvent(event);
     }
+}
+
+void CGridView::contextMenuEvent(QContextMenuEvent* event)
+{
+    const bool isKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QRect cell = visualRect(currentIndex());
+    Q_EMIT menuRequested(isKey
+            ? viewport()->mapToGlobal(cell.isValid() ? cell.bottomLeft() : QPoint())
+            : event->globalPos());
 }
 
 void CGridView::currentChanged(const QModelIndex& current, const QModelIndex& previous)

@@ -42,6 +42,7 @@ public:
 Q_SIGNALS:
     void copyRequested();
     void findRequested();
+    void menuRequested(const QPoint& place); // on the screen
     void findNextRequested(bool isForward);
     void currentRowChanged(int viewRow); // -1: none
     void selectedRowsChanged();
@@ -51,6 +52,7 @@ protected:
         const QModelIndex& index, const QEvent* event) const override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void selectionChanged(
         const QItemSelection& selected, const QItemSelection& deselected) override;

@@ -42,6 +42,7 @@ CDlgTableList::CDlgTableList(QWidget* parent)
     kit::prepareDialog(*this, "CDlgTableList", { 274, 180 }, 0);
     makeToolBar({ { New, "new" }, { Delete, "delete" }, { Rename, "rename" },
         { Properties, "properties" }, { Show, "show" } });
+    offerCommandsIn(list);
     connect(m_delegate, &tables::CNameDelegate::edited, this, &CDlgTableList::onEdited);
     connect(&list, &QListView::doubleClicked, this, &CDlgTableList::accept);
     connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this,

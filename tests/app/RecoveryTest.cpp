@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace {
@@ -70,6 +71,48 @@ TEST_F(RecoveryTest, AnActThatChangesNothingWritesNothing)
     ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
     document.act(QStringLiteral("Interrogazione"), [] {});
     EXPECT_FALSE(recovery.isWriting());
+}
+
+TEST_F(RecoveryTest, AnotherLibraryWithAsManyChangesHasACopyOfItsOwn)
+{
+    app::Document document;
+    Recovery recovery(document);
+    openTown(document, path);
+    rename(document, "Prima");
+    ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
+
+    const QString other = folder.file(QStringLiteral("altra.gpkg"));
+    openTown(document, other);
+    EXPECT_TRUE(waitFor([&] { return !QFile::exists(recovery.path()); })) << "given up";
+    rename(document, "Seconda"); // as many changes as before
+    ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
+
+    app::Document recovered;
+    ASSERT_TRUE(recovered.openRecovered(recovery.path(), path).ok());
+    EXPECT_EQ(
+        recovered.library().GetTableName(recovered.library().GetTable(0)), orv::String("Seconda"));
+    EXPECT_TRUE(recovered.needsName());
+    EXPECT_FALSE(recovered.isReadOnly()) << "it is work of one's own";
+}
+
+TEST_F(RecoveryTest, ACopyThatCannotBeWrittenIsToldOnceAndTriedAgain)
+{
+    app::Document document;
+    Recovery recovery(document);
+    openTown(document, path);
+    ASSERT_TRUE(QDir().mkpath(recovery.path())); // a folder is in the way
+    QSignalSpy failed(&recovery, &Recovery::failed);
+
+    rename(document, "A");
+    ASSERT_TRUE(waitFor([&] { return !recovery.isWriting() && failed.count() > 0; }));
+    rename(document, "B");
+    ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
+    EXPECT_EQ(failed.count(), 1);
+
+    ASSERT_TRUE(QDir().rmdir(recovery.path()));
+    document.act(QStringLiteral("Interrogazione"), [] {});
+    ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
+    EXPECT_TRUE(QFileInfo(recovery.path()).isFile());
 }
 
 TEST_F(RecoveryTest, TheLastOfManyQuickActsIsInTheCopy)

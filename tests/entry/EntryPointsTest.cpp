@@ -5,6 +5,7 @@
 #include "host/gis/LibGis.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QTimer>
 #include <QWidget>
 
@@ -81,6 +82,35 @@ QStringList namesOfDialogsDuring(const std::function<void()>& call)
     timer.start(5);
     call();
     return names;
+}
+
+TEST(EntryPointsTest, TheQueryOpensAndAnswersTrueHoweverItEndsTheStructureFalseWhenCancelled)
+{
+    int argc = 1;
+    char name[] = "entry_test";
+    char* argv[] = { name, nullptr };
+    const QApplication app(argc, argv);
+    gis::CLibGis library;
+    gis::CDBTable* table = library.CreateTable("Strade");
+    bool answer = false;
+
+    auto names = namesOfDialogsDuring([&] { answer = FDlgQuery(0, nullptr, &library); });
+    EXPECT_EQ(names, QStringList { QStringLiteral("CDlgQuery") });
+    EXPECT_TRUE(answer);
+
+    names = namesOfDialogsDuring([&] { answer = FDlgTableEditGIS(&library, table); });
+    EXPECT_EQ(names, QStringList { QStringLiteral("CDlgTableEdit") });
+    EXPECT_FALSE(answer);
+
+    QTimer::singleShot(20, [] {
+        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+            dialog->accept();
+    });
+    EXPECT_TRUE(FDlgTableEditGIS(&library, table));
+
+    names = namesOfDialogsDuring([&] { FDlgTableListGIS(&library); });
+    EXPECT_EQ(names, QStringList { QStringLiteral("CDlgTableList") });
+    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty()) << "something was left open";
 }
 
 TEST(EntryPointsTest, TheAttributeGridOpensAndAnswersTrueHoweverItEnds)

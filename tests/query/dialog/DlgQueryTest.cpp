@@ -16,6 +16,7 @@
 
 #include <QLabel>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListView>
@@ -485,6 +486,46 @@ TEST_F(DlgQueryTest, TheLineUnderTheFilterCountsWhatIsTyped)
     EXPECT_TRUE(ui::waitUntil([&] {
         return line->text() == QStringLiteral("2 entità su 4 soddisfano il filtro");
     })) << line->text().toStdString();
+}
+
+TEST_F(DlgQueryTest, APastedFilterWithALineEndIsNotToldToBeWrong)
+{
+    open();
+    auto* line = m_dialog->findChild<QLabel*>(QStringLiteral("liveLine"));
+    QApplication::clipboard()->setText(QStringLiteral("Corsie >= 10\r\n"));
+    filter().setFocus();
+
+    QTest::keyClick(&filter(), Qt::Key_V, Qt::ControlModifier);
+
+    EXPECT_TRUE(ui::waitUntil([&] {
+        return line->text() == QStringLiteral("2 entità su 4 soddisfano il filtro");
+    })) << line->text().toStdString();
+}
+
+TEST_F(DlgQueryTest, ColumnWidthsStayFromOneResultToTheNextOfTheSameTheme)
+{
+    open();
+    run("Corsie >= 10");
+    auto* grid = m_dialog->findChild<QTableView*>(QStringLiteral("id1000"));
+    ASSERT_NE(grid, nullptr);
+    grid->setColumnWidth(1, 173);
+
+    run("Corsie < 10");
+
+    grid = m_dialog->findChild<QTableView*>(QStringLiteral("id1000"));
+    ASSERT_NE(grid, nullptr);
+    EXPECT_EQ(grid->columnWidth(1), 173);
+}
+
+TEST_F(DlgQueryTest, TheListsOfferTheirDoubleClickAsAMenu)
+{
+    open();
+    click(fields(), 0);
+    ASSERT_EQ(fields().contextMenuPolicy(), Qt::ActionsContextMenu);
+    ASSERT_EQ(fields().actions().size(), 1);
+    fields().actions().first()->trigger();
+    EXPECT_FALSE(filter().text().isEmpty());
+    EXPECT_EQ(values().actions().size(), 1);
 }
 
 TEST_F(DlgQueryTest, FieldsCarryTheirHandles)

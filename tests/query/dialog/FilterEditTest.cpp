@@ -47,6 +47,18 @@ TEST(FilterEditTest, PastedLineEndsAndTabsBecomeBlanks)
     EXPECT_EQ(e.edit.text(), QStringLiteral("A = 1  AND B = 2 "));
 }
 
+TEST(FilterEditTest, ACleanedPasteIsWhatTheNextKeyIsComparedWith)
+{
+    Edit e;
+    QApplication::clipboard()->setText(QStringLiteral("A = 1\n"));
+    QTest::keyClick(&e.edit, Qt::Key_V, Qt::ControlModifier);
+    // As the dialog inserts a value:
+    e.edit.setText(e.edit.text() + QStringLiteral("AND B = 'x\ty'"));
+    QTest::keyClicks(&e.edit, QStringLiteral(" "));
+
+    EXPECT_EQ(e.edit.text(), QStringLiteral("A = 1 AND B = 'x\ty' "));
+}
+
 TEST(FilterEditTest, CompletesFieldsAndKeywordsByWhatWasTyped)
 {
     Edit e;

@@ -2,8 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "query/dialog/LiveCount.h"
 
+#include "embedded/model/Library.h"
 #include "tests/support/RecordingLibrary.h"
 #include "tests/support/ui/ModalDriver.h"
+
+#include "tematica/QueryExecute.h"
 
 #include <gtest/gtest.h>
 
@@ -87,10 +90,73 @@ TEST_P(LiveCountTest, CountingChangesNothingAndDoesNotRunTheQuery)
     EXPECT_TRUE(m_library.changes().empty());
 }
 
+TEST_P(LiveCountTest, WhatWasWrongIsNotSaidOfTheNextText)
+{
+    m_live.setFilter(QStringLiteral("Corsie > "));
+    ASSERT_TRUE(m_live.state().isWrong);
+
+    m_live.setFilter(QStringLiteral("Corsie > 3"));
+
+    EXPECT_FALSE(m_live.state().isWrong);
+    EXPECT_EQ(m_live.state().text, QString()) << "not the last error, not a number of another text";
+}
+
+TEST_P(LiveCountTest, CountsWhatTheQueryFinds)
+{
+    for (const char* filter :
+        { "Corsie IS NULL", "NOT (Corsie > 2)", "Nome = 'Corso' OR Corsie = 2", "Corsie + 1 = 3",
+            "Corsie", "Boh = 1", "Corsie / 0 = 1" }) {
+        CLiveCount live(&m_library);
+        live.setTheme(m_library.GetTheme(0));
+        CQueryExecute execution(&m_library, m_library.GetTheme(0));
+        if (!execution.SetQueryFilter(filter))
+            continue;
+        std::vector<gis::CEnt*> found;
+        execution.Execute(found);
+        live.setFilter(QString::fromUtf8(filter));
+        EXPECT_TRUE(ui::waitUntil([&] { return !live.state().text.isEmpty(); })) << filter;
+        EXPECT_EQ(live.state().text.section(QLatin1Char(' '), 0, 0).toStdString(),
+            std::to_string(found.size()))
+            << filter;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Hosts, LiveCountTest, testing::Bool(), [](const testing::TestParamInfo<bool>& columns) {
         return columns.param ? "WithColumns" : "CellByCell";
     });
+
+/// A host without columns, whose many cells are counted a slice at a time.
+TEST(LiveCountOfManyTest, ARunningCountIsGivenUpForTheNextText)
+{
+    CRecordingLibrary library("table T (n integer)");
+    library.offerColumns(false);
+    constexpr int rows = 60'000;
+    {
+        const support::RecordingPause pause(library);
+        gis::CDBTable* table = library.GetTable(0);
+        gis::CTheme* theme
+            = library.CreateTheme(table, "P", gis::EntType::Points, gis::EntTypeCoords::XY, 0);
+        table->addRows(rows);
+        for (int i = 0; i < rows; ++i) {
+            theme->entities().addEntity(table->row(i));
+            theme->entities().addPart(1);
+            orv::CPolyValue value(i % 10);
+            library.SetRowValue(table->row(i), 0, value);
+        }
+    }
+    CLiveCount live(&library);
+    live.setTheme(library.GetTheme(0));
+    live.setFilter(QStringLiteral("n = 1"));
+    ASSERT_TRUE(ui::waitUntil([&] {
+        return live.state().text == QStringLiteral("conteggio in corso…");
+    })) << live.state().text.toStdString();
+
+    live.setFilter(QStringLiteral("n < 5"));
+
+    ASSERT_TRUE(ui::waitUntil([&] { return live.state().text.contains(QLatin1String("su")); }));
+    EXPECT_EQ(live.state().text.toStdString(), "30.000 entità su 60.000 soddisfano il filtro");
+}
 
 TEST(LiveCountWithoutAThemeTest, ChecksTheTextAndCountsNothing)
 {

@@ -3,6 +3,7 @@
 #include "tables/grid/CtrlShowTable.h"
 #include "tables/grid/GridView.h"
 
+#include "embedded/model/Library.h"
 #include "tests/support/RecordingLibrary.h"
 #include "tests/support/ui/ModalDriver.h"
 
@@ -14,9 +15,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QTest>
 
 using support::CRecordingLibrary;
@@ -343,6 +346,77 @@ TEST_F(CtrlShowTableTest, CopyTakesTheSelectedRowsInTheirOrderOrElseTheCurrentCe
     EXPECT_EQ(QApplication::clipboard()->text().toStdString(),
         "\"Corso\tItalia\"\tVicolo\t\t4\t7.25\t\t20.0\n"
         "Via Roma\tStrada\tSì\t2\t3.50\t05/03/2016\t10.0");
+}
+
+TEST_F(CtrlShowTableTest, ACellWithATabIsCopiedInQuotesAsInARow)
+{
+    open();
+    click(1, 0);
+    QTest::keyClick(&view(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("\"Corso\tItalia\""));
+}
+
+TEST_F(CtrlShowTableTest, SpaceIsAClickAndReplacesNoText)
+{
+    open();
+    click(0, 0);
+    QTest::keyClick(&view(), Qt::Key_Space);
+    QTest::keyClick(&view(), Qt::Key_Down);
+    EXPECT_EQ(text(0, 0), "Via Roma");
+    EXPECT_EQ(m_grid->findChild<QLineEdit*>(QStringLiteral("qt_editor")), nullptr);
+    EXPECT_EQ(view().currentIndex(), cell(1, 0));
+}
+
+TEST_F(CtrlShowTableTest, TheMenuKeyOffersWhatCanBeDoneAtTheCurrentCell)
+{
+    open();
+    click(2, 0);
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+    QApplication::sendEvent(view().viewport(), &key);
+    auto* menu = m_grid->findChild<QMenu*>(QStringLiteral("gridMenu"));
+    ASSERT_NE(menu, nullptr);
+    QStringList texts;
+    for (const QAction* action : menu->actions())
+        if (!action->isSeparator())
+            texts << action->text().section(QLatin1Char('\t'), 0, 0);
+    EXPECT_EQ(texts,
+        (QStringList { QStringLiteral("Modifica"), QStringLiteral("Copia"),
+            QStringLiteral("Seleziona tutto"), QStringLiteral("Trova...") }));
+    EXPECT_TRUE(menu->actions().first()->isEnabled());
+    menu->actions().at(2)->trigger(); // copy
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("Via Po"));
+    menu->close();
+
+    click(2, 6); // computed
+    QApplication::sendEvent(view().viewport(), &key);
+    menu = m_grid->findChildren<QMenu*>(QStringLiteral("gridMenu")).last();
+    EXPECT_FALSE(menu->actions().first()->isEnabled());
+    menu->close();
+}
+
+TEST_F(CtrlShowTableTest, ASelectionOfTooManyPiecesIsToldNotLostInSilence)
+{
+    constexpr int rows = 50'000;
+    {
+        const support::RecordingPause pause(m_library);
+        gis::CTheme* theme = m_library.GetTheme(0);
+        gis::CDBTable* table = m_library.GetTable(0);
+        const int first = table->rowCount();
+        table->addRows(rows);
+        for (int i = 0; i < rows; i += 2) {
+            theme->entities().addEntity(table->row(first + i));
+            theme->entities().addPart(1);
+            m_feedback.selected.push_back(
+                theme->entities().entity(theme->entities().entityCount() - 1));
+        }
+    }
+
+    open();
+
+    EXPECT_TRUE(view().selectedRuns().empty());
+    EXPECT_EQ(label("hint"), "Selezione troppo frammentata, non mostrata: 25.000 righe");
+    view().selectRuns({ { 0, 1 } });
+    EXPECT_EQ(label("hint"), "");
 }
 
 TEST_F(CtrlShowTableTest, ClicksOnAHeaderSortUpThenDownThenAsFilled)
