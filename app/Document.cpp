@@ -141,7 +141,7 @@ embedded::Result<void> Document::openRecovered(
 
 embedded::Result<void> Document::save()
 {
-    const auto saved = embedded::saveLibrary(*m_library);
+    auto saved = embedded::saveLibrary(*m_library);
     m_progress.finish();
     Q_EMIT changed();
     return saved;
@@ -149,7 +149,7 @@ embedded::Result<void> Document::save()
 
 embedded::Result<void> Document::saveAs(const QString& path)
 {
-    const auto saved = embedded::saveLibraryAs(*m_library, path.toStdString());
+    auto saved = embedded::saveLibraryAs(*m_library, path.toStdString());
     m_progress.finish();
     if (saved) {
         m_path = path;

@@ -346,10 +346,10 @@ void MainWindow::onPicked(const std::vector<gis::CEnt*>& entities, bool adds)
     const std::unordered_set<gis::CEnt*> known(before.begin(), before.end());
     std::vector<gis::CEnt*> selected;
     for (gis::CEnt* entity : before)
-        if (picked.count(entity) == 0)
+        if (!picked.contains(entity))
             selected.push_back(entity);
     for (gis::CEnt* entity : entities)
-        if (known.count(entity) == 0)
+        if (!known.contains(entity))
             selected.push_back(entity);
     m_document.setSelected(std::move(selected));
 }

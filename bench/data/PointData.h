@@ -39,6 +39,6 @@ struct PointArrays {
 PointArrays makePoints(int count, std::uint64_t seed = 7);
 
 /// The same data as theme and table "Punti" of an empty library.
-gis::CTheme* fillLibrary(gis::CLibGis& library, const PointArrays& points);
+gis::CTheme* fillLibrary(gis::CLibGis& facade, const PointArrays& points);
 
 } // namespace bench

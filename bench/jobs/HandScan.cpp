@@ -73,7 +73,7 @@ void handScan(char query, const PointArrays& p, char* first, std::ptrdiff_t stri
                 matches[static_cast<std::size_t>(i)]
                     = matchesPattern(p.names[static_cast<std::size_t>(i)]);
         });
-        const std::uint32_t last = static_cast<std::uint32_t>(p.names.size());
+        const auto last = static_cast<std::uint32_t>(p.names.size());
         run([&](std::size_t i) -> std::uint8_t { return matches[std::min(p.name[i], last)]; });
         break;
     }

@@ -69,7 +69,8 @@ bool hasBlankEnds(const std::string& text)
 {
     constexpr std::string_view Blanks = " \t\v\f\r\n";
     return !text.empty()
-        && (Blanks.find(text.front()) != Blanks.npos || Blanks.find(text.back()) != Blanks.npos);
+        && (Blanks.find(text.front()) != std::string_view::npos
+            || Blanks.find(text.back()) != std::string_view::npos);
 }
 
 constexpr std::string_view LineEnds("\n\r\0", 3);

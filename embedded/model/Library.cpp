@@ -38,13 +38,13 @@ private:
 };
 
 template <typename Object> const orv::String& nameOf(const Object* object);
-template <> const orv::String& nameOf(const gis::CDBTable* table)
+template <> const orv::String& nameOf(const gis::CDBTable* object)
 {
-    return table->name();
+    return object->name();
 }
-template <> const orv::String& nameOf(const gis::CTheme* theme)
+template <> const orv::String& nameOf(const gis::CTheme* object)
 {
-    return theme->name;
+    return object->name;
 }
 
 /// Exact name first, else the first that is equal but for the case of ASCII letters.

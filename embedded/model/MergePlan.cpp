@@ -120,11 +120,12 @@ void Merging::addField(std::size_t position)
 void Merging::joinField(std::size_t position)
 {
     const IncomingField& field = m_plan.incomingFields[position];
-    const int index = m_plan.existing->indexOf(field.existing);
+    const gis::CField& existing = *field.existing;
+    const int index = m_plan.existing->indexOf(&existing);
     FieldChange& change = m_fields[static_cast<std::size_t>(index)];
     m_mapping[position] = index;
     ConversionCount count;
-    const gis::FieldFormat format = field.isConflict() ? field.newFormat : field.existing->format;
+    const gis::FieldFormat format = field.isConflict() ? field.newFormat : existing.format;
     m_incoming[position].emplace(
         convertColumn(m_plan.incoming->column(m_plan.incoming->indexOf(field.incoming)),
             field.incoming->format, format, field.incoming->decimalDigits(), count));

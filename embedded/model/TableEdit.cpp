@@ -210,11 +210,11 @@ std::vector<FieldChange> CCtrlDlgTableEdit::Impl::wanted() const
     std::vector<FieldChange> fields;
     for (const Tracker* tracker : current) {
         fields.push_back(tracker->change);
-        if (present.count(fields.back().field) == 0)
+        if (!present.contains(fields.back().field))
             fields.back().field = nullptr;
     }
     for (int i = 0; i < table->fieldCount(); ++i)
-        if (known.count(table->field(i)) == 0)
+        if (!known.contains(table->field(i)))
             fields.push_back(embedded::unchangedField(*table->field(i)));
     return fields;
 }
@@ -246,7 +246,7 @@ void CCtrlDlgTableEdit::Impl::apply(std::vector<FieldChange> fields) const
             embedded::convertClassLimits(*library, *change.field, change.format);
     }
     for (int i = 0; i < table->fieldCount(); ++i)
-        if (kept.count(table->field(i)) == 0)
+        if (!kept.contains(table->field(i)))
             embedded::releaseField(*library, *table->field(i));
     library->replaceFields(table, std::move(fields));
 }

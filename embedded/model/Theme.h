@@ -61,8 +61,8 @@ namespace gis {
 /// fill them directly.
 class CTheme final {
 public:
-    CTheme(embedded::Library& library, CDBTable* table, const orv::String& name, EntType type,
-        EntTypeCoords coords, bool hasM);
+    CTheme(embedded::Library& library, CDBTable* owner, const orv::String& themeName,
+        EntType entType, EntTypeCoords entCoords, bool hasM);
     CTheme(const CTheme&) = delete;
     CTheme& operator=(const CTheme&) = delete;
     ~CTheme();

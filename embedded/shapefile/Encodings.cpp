@@ -69,7 +69,7 @@ constexpr LanguageByte LanguageBytes[] = { { 0x01, 437 }, { 0x02, 850 }, { 0x03,
 
 bool isKnownToSystem(const std::string& encoding)
 {
-    const iconv_t converter = ::iconv_open("UTF-8", encoding.c_str());
+    iconv_t converter = ::iconv_open("UTF-8", encoding.c_str());
     if (converter == reinterpret_cast<iconv_t>(-1))
         return false;
     ::iconv_close(converter);

@@ -247,7 +247,7 @@ Result<void> exportShapefile(gis::CTheme& theme, const std::string& folder,
     const ShapefileExportOptions& options, int& errorFlags, Report& report)
 {
     errorFlags = 0;
-    if (const auto checked = checkFolder(folder); !checked) {
+    if (auto checked = checkFolder(folder); !checked) {
         errorFlags = ExportShpNotWritten | ExportDbfNotWritten;
         return checked;
     }

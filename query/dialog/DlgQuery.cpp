@@ -17,9 +17,12 @@
 #include <QKeyEvent>
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 
 constexpr int IdRun = 2081;
+constexpr int RememberAfterMs = 100;
 
 /// The row that is selected in a list; -1 when none is.
 int selectedRow(const QAbstractItemView& list)
@@ -63,7 +66,11 @@ CDlgQuery::CDlgQuery(
     connect(m_ui->id1, &QPushButton::clicked, this, &QDialog::accept);
 }
 
-CDlgQuery::~CDlgQuery() = default;
+CDlgQuery::~CDlgQuery()
+{
+    if (m_pending)
+        m_history.remember(m_pending->theme, m_pending->filter);
+}
 
 void CDlgQuery::bindLists()
 {
@@ -189,10 +196,18 @@ void CDlgQuery::onRun()
     if (refusal)
         return;
     m_sheet->SelectPage(CDlgQuerySheet::ResultPage);
+    rememberPending();
+    m_pending = std::make_unique<AskedFilter>(AskedFilter { m_query.themeName(), filter });
     // Once the result is painted: settings are written safely, which takes the disk a while.
-    QTimer::singleShot(0, this, [this, theme = m_query.themeName(), filter] {
-        m_history.remember(theme, filter);
-        if (theme == m_query.themeName())
-            m_sheet->FilterPage().SetHistory(m_history.filtersOf(theme));
-    });
+    QTimer::singleShot(RememberAfterMs, this, &CDlgQuery::rememberPending);
+}
+
+void CDlgQuery::rememberPending()
+{
+    const auto asked = std::exchange(m_pending, nullptr);
+    if (!asked)
+        return;
+    m_history.remember(asked->theme, asked->filter);
+    if (asked->theme == m_query.themeName())
+        m_sheet->FilterPage().SetHistory(m_history.filtersOf(asked->theme));
 }

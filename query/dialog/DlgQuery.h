@@ -43,10 +43,16 @@ private:
     void onFieldDoubleClicked();
     void onValueDoubleClicked();
     void onRun();
+    void rememberPending();
 
     std::unique_ptr<Ui::CDlgQuery> m_ui;
     query::CCtrlDlgQuery m_query;
     query::CFilterHistory m_history;
+    struct AskedFilter {
+        orv::String theme;
+        QString filter;
+    };
+    std::unique_ptr<AskedFilter> m_pending; // ran, and still to be remembered
     kit::CHandleListModel* m_fields;
     query::CValueListModel* m_values;
     CDlgQuerySheet* m_sheet;

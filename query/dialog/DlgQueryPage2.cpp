@@ -27,11 +27,9 @@ void CDlgQueryPage2::OnSetActive()
             sheet().Engine(), sheet().Drawing(), library, sheet().Table(), this);
         m_gridTable = sheet().Table();
         m_grid->SetEditable(false);
-        std::vector<orv::CResultRow*> rows;
-        rows.reserve(sheet().Found().size());
-        for (gis::CEnt* entity : sheet().Found())
-            rows.push_back(library->GetRow(entity));
-        m_grid->Fill(rows);
+        const bool areColumnsRead = m_readTable == sheet().Table();
+        m_grid->FillEntities(sheet().Found(), areColumnsRead);
+        m_readTable = m_grid->areColumnsRead() ? sheet().Table() : nullptr;
         layout()->addWidget(m_grid.get());
         if (m_widthsOf == sheet().Table())
             m_grid->setColumnWidths(m_widths);

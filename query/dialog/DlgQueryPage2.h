@@ -29,4 +29,5 @@ private:
     const gis::CDBTable* m_gridTable = nullptr;
     std::vector<int> m_widths; // in pixels, of the last grid's columns
     const gis::CDBTable* m_widthsOf = nullptr;
+    const gis::CDBTable* m_readTable = nullptr; // whose columns have been read from their file
 };

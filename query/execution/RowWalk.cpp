@@ -35,6 +35,11 @@ RowSymbols::RowSymbols(const QuerySource& source)
     , m_fieldCount(std::min(
           source.library.GetNumFields(source.table), static_cast<int>(source.fieldSymbols.size())))
 {
+    // Fields that went since the query was made have no value, not the one they had last.
+    orv::CPolyValue none;
+    for (std::size_t i = static_cast<std::size_t>(m_fieldCount); i < source.fieldSymbols.size();
+         ++i)
+        source.fieldSymbols[i]->SetElemValue(none);
 }
 
 void RowSymbols::moveTo(orv::CResultRow* row)

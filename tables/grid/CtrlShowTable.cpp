@@ -24,6 +24,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <span>
 
 using tables::RowRun;
 
@@ -108,7 +109,7 @@ void CCtrlShowTable::connectView()
 void CCtrlShowTable::Fill()
 {
     m_grid.contents().fill();
-    readColumns();
+    m_areColumnsRead = readColumns();
     afterFill();
     selectFillRows(m_grid.rowsSelectedInDrawing());
     renderStatus();
@@ -119,23 +120,31 @@ void CCtrlShowTable::Fill()
 void CCtrlShowTable::Fill(const std::vector<orv::CResultRow*>& rows)
 {
     m_grid.contents().fill(rows);
-    readColumns();
+    m_areColumnsRead = readColumns();
+    afterFill();
+}
+
+void CCtrlShowTable::FillEntities(const std::vector<gis::CEnt*>& entities, bool areColumnsRead)
+{
+    m_grid.contents().fill(std::span<gis::CEnt* const>(entities));
+    m_areColumnsRead = areColumnsRead || readColumns();
     afterFill();
 }
 
 // Columns that are still in a file are read before the first cell is painted, where the user sees
 // how far it is. Stopped, the cells are read when they come into sight.
-void CCtrlShowTable::readColumns()
+bool CCtrlShowTable::readColumns()
 {
     tables::CGridContents& contents = m_grid.contents();
     if (!contents.hasColumns())
-        return;
-    kit::runLongWork(this, QStringLiteral("Lettura della tabella…"), [&](kit::WorkToken& token) {
-        for (int field = 0; field < contents.fieldCount() && !token.isCancelled(); ++field) {
-            static_cast<void>(contents.column(field));
-            token.report((field + 1.0) / contents.fieldCount());
-        }
-    });
+        return true;
+    return kit::runLongWork(
+        this, QStringLiteral("Lettura della tabella…"), [&](kit::WorkToken& token) {
+            for (int field = 0; field < contents.fieldCount() && !token.isCancelled(); ++field) {
+                static_cast<void>(contents.column(field));
+                token.report((field + 1.0) / contents.fieldCount());
+            }
+        });
 }
 
 void CCtrlShowTable::afterFill()

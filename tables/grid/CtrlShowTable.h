@@ -32,11 +32,16 @@ public:
     void Fill();
     /// These rows, in this order.
     void Fill(const std::vector<orv::CResultRow*>& rows);
+    /// The rows of these entities, in this order; the entities are lent until the next fill.
+    /// `areColumnsRead`: what of the table is still in a file has been read already.
+    void FillEntities(const std::vector<gis::CEnt*>& entities, bool areColumnsRead);
     void SetEditable(bool isEditable);
     /// Writes what was edited; false, with a message shown, when an entry is refused or a required
     /// value is missing.
     bool Save();
 
+    /// True when reading the columns was not stopped in the last fill.
+    [[nodiscard]] bool areColumnsRead() const { return m_areColumnsRead; }
     /// Widths that the user gave the columns, in pixels.
     [[nodiscard]] std::vector<int> columnWidths() const;
     void setColumnWidths(const std::vector<int>& widths);
@@ -46,7 +51,7 @@ public:
 
 private:
     void connectView();
-    void readColumns();
+    bool readColumns();
     void afterFill();
     void selectFillRows(const std::vector<int>& fillRows);
     void beforeSort();
@@ -67,6 +72,7 @@ private:
     QLabel* m_hint;
     QPersistentModelIndex m_refused; // its message is still to be shown
     std::vector<int> m_selectedFillRows; // while the rows change places
+    bool m_areColumnsRead = false;
     QString m_notFound;
     int m_lostSelection = 0; // rows that were too many pieces to stay selected
 };

@@ -45,6 +45,7 @@ CGridContents::CGridContents(gis::CLibGis* library, gis::CDBTable* table)
 void CGridContents::fill()
 {
     m_rows.clear();
+    m_entities = {};
     m_isWholeTable = true;
     m_rowCount = m_library && m_table ? m_library->GetNumRows(m_table) : 0;
     m_tableRows.reset();
@@ -54,17 +55,28 @@ void CGridContents::fill()
 void CGridContents::fill(std::vector<orv::CResultRow*> rows)
 {
     m_rows = std::move(rows);
+    m_entities = {};
     m_isWholeTable = false;
     m_rowCount = static_cast<int>(m_rows.size());
     m_tableRows.reset();
     m_edits.assign(m_fields.size(), {});
 }
 
+void CGridContents::fill(std::span<gis::CEnt* const> entities)
+{
+    fill(std::vector<orv::CResultRow*>());
+    m_entities = entities;
+    m_rowCount = static_cast<int>(m_entities.size());
+}
+
 orv::CResultRow* CGridContents::row(int row) const
 {
     if (row < 0 || row >= m_rowCount)
         return nullptr;
-    return m_isWholeTable ? m_library->GetRow(m_table, row) : m_rows[static_cast<std::size_t>(row)];
+    if (m_isWholeTable)
+        return m_library->GetRow(m_table, row);
+    const auto index = static_cast<std::size_t>(row);
+    return m_entities.empty() ? m_rows[index] : m_library->GetRow(m_entities[index]);
 }
 
 orv::CPolyValue CGridContents::storedValue(int row, int field) const
@@ -126,16 +138,17 @@ const std::vector<int>* CGridContents::tableRows()
 {
     if (!m_tableRows) {
         m_tableRows.emplace();
-        m_tableRows->reserve(m_rows.size());
+        m_tableRows->reserve(static_cast<std::size_t>(m_rowCount));
         const int count = m_library && m_table ? m_library->GetNumRows(m_table) : 0;
-        std::size_t next = 0;
-        for (int i = 0; i < count && next < m_rows.size(); ++i)
-            if (m_library->GetRow(m_table, i) == m_rows[next]) {
+        int next = 0;
+        orv::CResultRow* wanted = row(0);
+        for (int i = 0; i < count && next < m_rowCount; ++i)
+            if (m_library->GetRow(m_table, i) == wanted) {
                 m_tableRows->push_back(i);
-                ++next;
+                wanted = row(++next);
             }
     }
-    return m_tableRows->size() == m_rows.size() ? &*m_tableRows : nullptr;
+    return static_cast<int>(m_tableRows->size()) == m_rowCount ? &*m_tableRows : nullptr;
 }
 
 } // namespace tables

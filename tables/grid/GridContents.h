@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace tables {
@@ -25,6 +26,9 @@ public:
     /// All rows of the table, or these rows in their order. Forgets what was edited.
     void fill();
     void fill(std::vector<orv::CResultRow*> rows);
+    /// The rows of these entities, each asked for when it is wanted. The entities are lent until
+    /// the next fill.
+    void fill(std::span<gis::CEnt* const> entities);
 
     [[nodiscard]] gis::CLibGis* library() const { return m_library; }
     [[nodiscard]] gis::CDBTable* table() const { return m_table; }
@@ -70,7 +74,8 @@ private:
     gis::CDBTable* m_table;
     gis::IColumns* m_columns;
     std::vector<GridField> m_fields;
-    std::vector<orv::CResultRow*> m_rows; // only where it is not the whole table
+    std::vector<orv::CResultRow*> m_rows; // only where these were given
+    std::span<gis::CEnt* const> m_entities; // only where these were given
     std::vector<FieldEdits> m_edits;
     std::optional<std::vector<int>> m_tableRows; // empty where the rows are not in table order
     int m_rowCount = 0;

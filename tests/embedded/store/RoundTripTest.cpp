@@ -6,6 +6,7 @@
 #include "tests/support/TimeZoneScope.h"
 
 #include "host/base/Dates.h"
+#include "host/gis/TableEdit.h"
 
 #include <gtest/gtest.h>
 
@@ -114,6 +115,89 @@ TEST(RoundTripTest, UndoAndRedoAcrossSavesAreSavedAsTheyStand)
             ASSERT_EQ(imageOf(*again), imageOf(library)) << "round " << round;
         }
     }
+}
+
+namespace {
+
+/// Structures, deleted themes and tables: what the plain changes do not do.
+void changeStructure(gis::CLibGis& library, int round)
+{
+    gis::CDBTable* table = library.GetTable(round % library.GetNumTables());
+    switch (round % 4) {
+    case 0: {
+        gis::CCtrlDlgTableEdit edit(&library, table);
+        const int count = library.GetNumFields(table);
+        if (count > 0)
+            edit.SetFieldName(
+                edit.GetCurField(0), orv::String(("Rinominato " + std::to_string(round)).c_str()));
+        if (count > 1) {
+            edit.SwapOrder(0, count - 1);
+            edit.SetFieldFormat(edit.GetCurField(count / 2), gis::FieldFormat::Text);
+        }
+        if (count > 2)
+            edit.DeleteField(edit.GetCurField(1));
+        edit.Commit(); // refused, and nothing changed, where the names clash from the beginning
+        break;
+    }
+    case 1:
+        if (library.GetNumThemes() > 0)
+            library.DeleteTheme(library.GetTheme(library.GetNumThemes() - 1));
+        break;
+    case 2:
+        if (!library.IsTableUsedByThemes(table))
+            library.DeleteTable(table);
+        break;
+    default:
+        library.CreateTheme(table, orv::String(("Tema " + std::to_string(round)).c_str()),
+            gis::EntType::Lines, gis::EntTypeCoords::XYZ, 0);
+        break;
+    }
+}
+
+} // namespace
+
+TEST(RoundTripTest, UndoneStructuresAndDeletionsAreSavedAsTheyStand)
+{
+    int stepsUndone = 0;
+    for (unsigned seed = 1; seed <= 8; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        const CTemporaryFolder folder;
+        const std::string path = folder.file("a.gpkg");
+        CRandomLibrary random(seed + 9000);
+        orv::CChangeTransactionManager changes;
+        gis::CLibGis library(&changes);
+        random.fill(library);
+        ASSERT_TRUE(embedded::saveLibraryAs(library, path).ok());
+        const auto expectSaved = [&](const char* when, int round) {
+            const auto saved = embedded::saveLibrary(library);
+            ASSERT_TRUE(saved.ok()) << when << round << saved.error().detail;
+            const auto again = opened(path);
+            ASSERT_TRUE(again);
+            ASSERT_EQ(imageOf(*again), imageOf(library)) << when << round;
+        };
+        for (int round = 0; round < 8; ++round) {
+            const std::string before = imageOf(library);
+            {
+                const orv::ChangeStep step(&changes, "Passo");
+                changeStructure(library, round);
+            }
+            if (!changes.CanUndo())
+                continue;
+            const std::string after = imageOf(library);
+            if (round % 2 == 0)
+                expectSaved("changed, round ", round);
+            if (after == before)
+                continue; // this kind found nothing to change
+            ASSERT_TRUE(changes.Undo());
+            ++stepsUndone;
+            ASSERT_EQ(imageOf(library), before) << round;
+            expectSaved("undone, round ", round);
+            ASSERT_TRUE(changes.Redo());
+            ASSERT_EQ(imageOf(library), after) << round;
+            expectSaved("redone, round ", round);
+        }
+    }
+    EXPECT_GT(stepsUndone, 30);
 }
 
 TEST(RoundTripTest, ADayStaysTheSameDayInEveryTimeZone)

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
 #include "query/dialog/DlgQuery.h"
+#include "query/dialog/FilterHistory.h"
 
 #include "embedded/model/Library.h"
 #include "embedded/shapefile/Shapefile.h"
@@ -175,10 +176,24 @@ TEST_F(DlgQueryEmbeddedTest, FiltersThatRanAreOfferedAgainForTheirThemeOnly)
         QTest::keyClick(&filter(), Qt::Key_Down, Qt::AltModifier);
         return texts;
     };
-    EXPECT_TRUE(offered().contains(QStringLiteral("N = 1")));
+    // Remembered once the result has been painted.
+    EXPECT_TRUE(ui::waitUntil([&] { return offered().contains(QStringLiteral("N = 1")); }));
     EXPECT_FALSE(offered().contains(QStringLiteral("N = = 1")));
     ui::at<QComboBox>(*dialog, 2067).setCurrentIndex(1);
     EXPECT_TRUE(offered().isEmpty());
+}
+
+TEST_F(DlgQueryEmbeddedTest, AFilterIsRememberedAlsoWhenTheDialogIsClosedAtOnce)
+{
+    const auto library = support::makeLibrary(
+        "table T (N integer); rows T: (1), (2); theme ChiusoSubito: points 2d on T active;"
+        "ents ChiusoSubito: 0 [0 0]");
+    open(*library);
+    run(QStringLiteral("N = 2"));
+    dialog.reset();
+
+    EXPECT_EQ(
+        query::CFilterHistory().filtersOf("ChiusoSubito"), QStringList { QStringLiteral("N = 2") });
 }
 
 TEST_F(DlgQueryEmbeddedTest, TheResultSortsFindsAndCopies)

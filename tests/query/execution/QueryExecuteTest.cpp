@@ -4,6 +4,7 @@
 
 #include "embedded/model/Table.h"
 #include "host/base/Dates.h"
+#include "host/gis/TableEdit.h"
 #include "tests/query/support/CaseFile.h"
 #include "tests/support/LibraryNotation.h"
 #include "tests/support/RecordingLibrary.h"
@@ -214,6 +215,49 @@ TEST_F(QueryExecuteTest, NulBytesOfTheFilterReachTheParser)
     const auto library = support::makeLibrary(Roads);
 
     EXPECT_EQ(found(*library, std::string("Corsie = 2\0 garbage (", 21)), "1");
+}
+
+/// The query was made when the table had three fields; it is asked when it has one, or four.
+template <typename Host> void expectFieldsByPosition()
+{
+    Host library("table T (a integer, b integer, c integer); rows T: (1, 2, 3), (2, 2, 4);"
+                 "theme P: points 2d on T; ents P: 0 [0 0], 1 [1 1]");
+    gis::CDBTable* table = library.GetTable(0);
+    CQueryExecute first(&library, library.GetTheme(0));
+    CQueryExecute third(&library, library.GetTheme(0));
+    ASSERT_TRUE(first.SetQueryFilter("a = 1"));
+    ASSERT_TRUE(third.SetQueryFilter("c = 3"));
+    std::vector<gis::CEnt*> entities;
+    {
+        gis::CCtrlDlgTableEdit edit(&library, table);
+        edit.AppendField("d", gis::FieldFormat::Integer);
+        ASSERT_TRUE(edit.Commit());
+    }
+    EXPECT_EQ(third.Execute(entities), 1);
+    {
+        gis::CCtrlDlgTableEdit edit(&library, table);
+        for (int i = 3; i > 0; --i)
+            edit.DeleteField(edit.GetCurField(i));
+        ASSERT_TRUE(edit.Commit());
+    }
+    EXPECT_EQ(first.Execute(entities), 1);
+    EXPECT_EQ(third.Execute(entities), 0) << "a field that is no more has no value";
+    ASSERT_TRUE(third.SetQueryFilter("c IS NULL"));
+    EXPECT_EQ(third.Execute(entities), 2);
+}
+
+struct CColumnHost final : support::CRecordingLibrary {
+    explicit CColumnHost(const char* notation)
+        : CRecordingLibrary(notation)
+    {
+        offerColumns(true);
+    }
+};
+
+TEST_F(QueryExecuteTest, FieldsThatWentSinceTheQueryWasMadeHaveNoValue)
+{
+    expectFieldsByPosition<CColumnHost>();
+    expectFieldsByPosition<support::CRecordingLibrary>();
 }
 
 } // namespace

@@ -7,7 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -114,5 +119,31 @@ TEST(ParserLimitsTest, ACallMayHaveManyArguments)
     ASSERT_NE(call, nullptr);
     EXPECT_EQ(call->GetArguments().size(), LongChain);
 }
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST(ParserLimitsTest, ATextTooLongForTheMemoryIsRefusedAndEndsNoProcess)
+{
+    const std::string text = "Nome = '" + std::string(std::size_t(96) << 20, 'x') + "'";
+    const pid_t child = fork();
+    if (child == 0) {
+        std::size_t pages = 0;
+        if (std::FILE* statm = std::fopen("/proc/self/statm", "r")) {
+            if (std::fscanf(statm, "%zu", &pages) != 1)
+                pages = 0;
+            std::fclose(statm);
+        }
+        // Room for some of the text, not for all of it a second time.
+        const rlim_t most = pages * 4096 + (rlim_t(32) << 20);
+        const rlimit limit { most, most };
+        setrlimit(RLIMIT_AS, &limit);
+        const ParseOutcome outcome = parseFilter(text, ErrorReport::Silent);
+        _exit(outcome.root ? 2 : outcome.status == 1 ? 0 : 3);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+#endif
 
 } // namespace
