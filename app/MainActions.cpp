@@ -156,7 +156,7 @@ void MainWindow::makeGisMenu()
         embedded::Library::of(&m_document.library())->beginReport();
         const QString name = QStringLiteral("Gestione tabelle");
         runDialog(name, [&] { FDlgTableListGIS(&m_document.library()); });
-        tellStructureReport(name); // of the structure that was edited last
+        tellStructureReport(name);
     });
     m_structure = menu->addAction(QStringLiteral("&Struttura tabella..."));
     connect(m_structure, &QAction::triggered, this, &MainWindow::showStructure);
@@ -241,10 +241,18 @@ void MainWindow::showStructure()
 void MainWindow::tellStructureReport(const QString& act)
 {
     QStringList costs;
+    std::string told;
     for (const embedded::Finding& finding :
-        embedded::Library::of(&m_document.library())->lastReport().findings)
-        if (finding.code == embedded::FindingCode::CellsEmptied && finding.count > 0)
-            costs << findingText(finding);
+        embedded::Library::of(&m_document.library())->lastReport().findings) {
+        if (finding.code != embedded::FindingCode::CellsEmptied || finding.count == 0)
+            continue;
+        // The table's name where it is not that of the act, once for all of its fields.
+        const QString table = QStringLiteral("Struttura di ")
+            + QString::fromUtf8(finding.detail.data(), static_cast<int>(finding.detail.size()));
+        const bool isNamed = table == act || told == finding.detail;
+        told = finding.detail;
+        costs << (isNamed ? QString() : table + QStringLiteral(": ")) + findingText(finding);
+    }
     QString text = act;
     if (!costs.isEmpty())
         text += QStringLiteral(": ") + costs.join(QStringLiteral(", "));

@@ -18,18 +18,26 @@ void stayAbove(QDialog& dialog, QWidget& owner)
     dialog.winId(); // a transient parent needs the native window
     if (QWindow* window = dialog.windowHandle())
         window->setTransientParent(owner.window()->windowHandle());
-    const QSize size = dialog.size().expandedTo(dialog.minimumSizeHint());
+    moveOver(dialog, owner);
+}
+
+} // namespace
+
+void moveOver(QDialog& dialog, const QWidget& owner)
+{
+    const QRect screen = owner.screen()->availableGeometry();
+    const QSize wanted = dialog.size().expandedTo(dialog.minimumSizeHint());
+    const QSize size = wanted.boundedTo(screen.size());
+    if (size != wanted)
+        dialog.resize(size);
     QRect place(QPoint(), size);
     place.moveCenter(owner.window()->frameGeometry().center());
-    const QRect screen = owner.screen()->availableGeometry();
     place.moveRight(qMin(place.right(), screen.right()));
     place.moveBottom(qMin(place.bottom(), screen.bottom()));
     place.moveLeft(qMax(place.left(), screen.left()));
     place.moveTop(qMax(place.top(), screen.top()));
     dialog.move(place.topLeft());
 }
-
-} // namespace
 
 bool runModal(QDialog& dialog)
 {

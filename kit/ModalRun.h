@@ -12,4 +12,8 @@ namespace kit {
 /// owned by it. The wait cursor steps aside meanwhile.
 bool runModal(QDialog& dialog);
 
+/// Moves a dialog to the middle of another window, inside the screen with all its edges; a dialog
+/// larger than the screen gets the screen's size.
+void moveOver(QDialog& dialog, const QWidget& owner);
+
 } // namespace kit

@@ -5,6 +5,7 @@
 #include "embedded/model/Library.h"
 #include "host/base/ChangeManager.h"
 #include "samples/generator/Random.h"
+#include "tables/list/DlgTableList.h"
 #include "tables/structure/DlgTableEdit.h"
 
 #include <fmt/format.h>
@@ -124,6 +125,20 @@ double openMs(int fields)
     });
 }
 
+double openListMs(int tables)
+{
+    gis::CLibGis library;
+    for (int i = 0; i < tables; ++i)
+        library.CreateTable(orv::String(fmt::format("tabella {}", i).c_str()));
+    return medianMs(11, [&] {
+        CDlgTableList dialog;
+        dialog.SetLibGis(&library);
+        dialog.show();
+        QApplication::processEvents();
+        static_cast<void>(dialog.grab());
+    });
+}
+
 } // namespace
 
 void structureJobs(Jobs& jobs)
@@ -133,6 +148,9 @@ void structureJobs(Jobs& jobs)
     const std::string name = "structure: open 500 fields";
     if (jobs.wants(name))
         jobs.add({ name, openMs(500), "25 times 20 fields", 25 * openMs(20), 1.0 });
+    const std::string list = "table list: open 2000 tables";
+    if (jobs.wants(list))
+        jobs.add({ list, openListMs(2000), "100 times 20 tables", 100 * openListMs(20), 1.0 });
 }
 
 } // namespace bench

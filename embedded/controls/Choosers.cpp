@@ -33,8 +33,9 @@ void fillSymbols(QListWidget& list, CDocSymbolManager& symbols, int current)
     for (int id = 0; id < MostSymbols; ++id) {
         CSymbol* symbol = symbols.GetSymbol(id);
         if (!symbol)
-            return;
+            continue; // a host's symbols need not be numbered without gaps
         auto* item = new QListWidgetItem(QString::number(id), &list);
+        item->setData(Qt::UserRole, id);
         if (const QImage* image = symbol->GetBitmap())
             item->setIcon(pictureOf(*image));
         if (id == current)
@@ -91,6 +92,6 @@ bool FDlgSceltaSymbol(QWidget* parent, CDravoEng*, CDocSymbolManager* symbols, i
     // current.
     if (!kit::runModal(dialog) || list->selectedItems().isEmpty())
         return false;
-    id = list->row(list->selectedItems().constFirst());
+    id = list->selectedItems().constFirst()->data(Qt::UserRole).toInt();
     return true;
 }

@@ -24,6 +24,7 @@ namespace embedded {
 namespace {
 
 constexpr int MostLabelPixels = 220;
+constexpr int MostNameLetters = 80;
 constexpr int MostToolTipLetters = 500;
 
 /// The field's name as it is, cut where it would push the editors away. Without a buddy, which
@@ -143,8 +144,13 @@ bool RowControl::eventFilter(QObject* watched, QEvent* event)
 
 bool RowControl::refuse(const Line& line, bool showMessages, int message)
 {
-    if (showMessages)
-        FMessageBox(window(), kit::Message { message, line.entry.name() });
+    if (showMessages) {
+        // A name of any length would make a box as wide as the screen.
+        QString name = kit::toQt(line.entry.name());
+        if (name.size() > MostNameLetters)
+            name = name.left(MostNameLetters) + QChar(0x2026);
+        FMessageBox(window(), kit::Message { message, kit::fromQt(name) });
+    }
     ensureWidgetVisible(line.editor);
     line.editor->setFocus();
     if (auto* edit = qobject_cast<QLineEdit*>(line.editor))

@@ -92,15 +92,16 @@ orv::String costText(const std::vector<std::pair<orv::String, ConversionCount>>&
     return text;
 }
 
-void reportCosts(
-    embedded::Report& report, const std::vector<std::pair<orv::String, ConversionCount>>& costs)
+void reportCosts(embedded::Report& report, const orv::String& table,
+    const std::vector<std::pair<orv::String, ConversionCount>>& costs)
 {
-    const auto add = [&report](FindingCode code, FindingSeverity severity, const orv::String& field,
+    const auto add = [&](FindingCode code, FindingSeverity severity, const orv::String& field,
                          std::int64_t count) {
         Finding finding;
         finding.code = code;
         finding.severity = severity;
         finding.subject = field.Bytes();
+        finding.detail = table.Bytes();
         finding.count = count;
         report.add(std::move(finding));
     };
@@ -377,7 +378,9 @@ bool CCtrlDlgTableEdit::Commit()
 
     Library& library = *m_impl->library;
     CDBTable& table = *m_impl->table;
-    reportCosts(library.beginReport(), costs);
+    // Several structures changed in one step of the user are one report.
+    const bool isPartOfStep = library.changes() && library.changes()->IsStepOpen();
+    reportCosts(isPartOfStep ? library.report() : library.beginReport(), table.name(), costs);
     bool isSame = static_cast<int>(fields.size()) == table.fieldCount();
     for (int i = 0; isSame && i < table.fieldCount(); ++i)
         isSame = embedded::isSameField(*table.field(i), fields[static_cast<std::size_t>(i)]);

@@ -3,12 +3,15 @@
 #include "tables/form/DlgCompileTable.h"
 
 #include "kit/Form.h"
+#include "kit/ModalRun.h"
 #include "kit/texts/QtText.h"
 
 #include "host/base/IniFile.h"
 #include "host/controls/GisTableCtrl.h"
 
 #include "ui_CDlgCompileTable.h"
+
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -22,6 +25,7 @@ constexpr int UsualHeightPixels = 488;
 constexpr QSize LeastSizePixels(220, 100);
 constexpr long MostPixels = 16384; // beyond any screen: a spoiled file must not ask for gigabytes
 constexpr int ControlId = 1000;
+constexpr int MostTipLetters = 500;
 
 } // namespace
 
@@ -46,11 +50,15 @@ CDlgCompileTable::CDlgCompileTable(
         palette.setColor(QPalette::Disabled, QPalette::Text,
             palette.color(QPalette::Active, QPalette::WindowText));
         name->setPalette(palette);
+        name->setCursorPosition(0); // a long name from its beginning, whole in the tip
+        name->setToolTip(Qt::convertFromPlainText(name->text().left(MostTipLetters)));
     }
     if (m_control) {
         kit::placeOver(m_ui->id2031, m_control);
         m_control->setFocus();
     }
+    m_ui->id1->setEnabled(
+        m_control != nullptr); // without attributes there is nothing to be written
     connect(m_ui->id1, &QPushButton::clicked, this, &CDlgCompileTable::accept);
     connect(m_ui->id2, &QPushButton::clicked, this, &QDialog::reject);
     takeSavedSize();
@@ -89,11 +97,11 @@ void CDlgCompileTable::showEvent(QShowEvent* event)
     m_isPlaced = true;
     // Without a parent it is placed over the active window, or in the middle of the screen.
     if (parentWidget())
-        move(parentWidget()->window()->geometry().center() - rect().center());
+        kit::moveOver(*this, *parentWidget());
 }
 
 void CDlgCompileTable::accept()
 {
-    if (GisTableCtrl_Commit(m_control, true))
+    if (m_control && GisTableCtrl_Commit(m_control, true))
         QDialog::accept();
 }

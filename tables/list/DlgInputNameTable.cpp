@@ -9,11 +9,14 @@
 
 #include "ui_CDlgInputNameTable.h"
 
+#include <limits>
+
 CDlgInputNameTable::CDlgInputNameTable(QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::CDlgInputNameTable>())
 {
     m_ui->setupUi(this);
+    m_ui->id2001->setMaxLength(std::numeric_limits<int>::max()); // a long name comes back whole
     kit::prepareDialog(*this, "CDlgInputNameTable", { 164, 42 });
     connect(m_ui->id1, &QPushButton::clicked, this, &CDlgInputNameTable::accept);
     connect(m_ui->id2, &QPushButton::clicked, this, &QDialog::reject);

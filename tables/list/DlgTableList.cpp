@@ -44,13 +44,17 @@ CDlgTableList::CDlgTableList(QWidget* parent)
         { Properties, "properties" }, { Show, "show" } });
     offerCommandsIn(list);
     connect(m_delegate, &tables::CNameDelegate::edited, this, &CDlgTableList::onEdited);
-    connect(&list, &QListView::doubleClicked, this, &CDlgTableList::accept);
+    // Queued: the list first gives up its slow second click, which would edit the name.
+    connect(&list, &QListView::doubleClicked, this, &CDlgTableList::accept, Qt::QueuedConnection);
     connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this,
         &CDlgTableList::updateCommands);
     list.setFocus();
 }
 
-CDlgTableList::~CDlgTableList() = default;
+CDlgTableList::~CDlgTableList()
+{
+    m_delegate->disconnect(this); // an open editor ends when half of this is gone
+}
 
 void CDlgTableList::SetLibGis(gis::CLibGis* library)
 {
@@ -111,7 +115,7 @@ orv::String CDlgTableList::nameOf(int row) const
 
 bool CDlgTableList::isCommandEnabled(int command) const
 {
-    return command == New || selectedRow() >= 0;
+    return m_library && (command == New || selectedRow() >= 0);
 }
 
 // A click on the bar leaves the focus in a name being edited: that edit ends first, as it would
@@ -137,6 +141,16 @@ void CDlgTableList::runCommand(int command)
         FDlgShowTableGIS(m_library, table);
         break;
     }
+}
+
+// However the window is closed: what is being typed is taken, or told to be wrong and kept open.
+void CDlgTableList::done(int result)
+{
+    m_delegate->commitOpenEditor();
+    const bool isRefused = m_editRefusal.has_value();
+    finishEdit();
+    if (!isRefused)
+        CToolBarDialog::done(result);
 }
 
 void CDlgTableList::accept()

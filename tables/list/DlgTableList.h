@@ -35,6 +35,7 @@ public:
 
     /// Enter: the structure of the selected table. Never closes the window.
     void accept() override;
+    void done(int result) override;
 
 protected:
     void runCommand(int command) override;

@@ -4,6 +4,7 @@
 
 #include "app/RecentFiles.h"
 #include "embedded/model/Library.h"
+#include "host/gis/TableEdit.h"
 #include "kit/texts/QtText.h"
 #include "tests/support/ui/ModalDriver.h"
 
@@ -298,9 +299,55 @@ TEST_F(MainWindowTest, WhatAStructureCostsIsToldAfterTheTableListToo)
     action(QStringLiteral("Tabelle...")).trigger();
 
     EXPECT_EQ(driver.stepsTaken(), 2);
-    const QString told = QStringLiteral("Gestione tabelle: 3 valori non convertibili in tipo");
+    const QString told
+        = QStringLiteral("Gestione tabelle: Struttura di T: 3 valori non convertibili in tipo");
     EXPECT_EQ(kit::toQt(window.document().changes().UndoName()), told);
     EXPECT_EQ(messageOf(window), told);
+}
+
+TEST_F(MainWindowTest, TheFormOfAnEntityIsInTheMenuWhereOneIsChosen)
+{
+    QAction& form = action(QStringLiteral("Attributi dell'entità..."));
+    EXPECT_FALSE(form.isEnabled());
+    gis::CLibGis& library = window.document().library();
+    window.document().setSelected({ library.GetEnt(library.GetTheme(0), 0) });
+    ASSERT_TRUE(form.isEnabled());
+    ui::CModalDriver driver;
+    driver.dialog("CDlgCompileTable", [](QDialog& dialog) { ui::press(dialog, 2); });
+    form.trigger();
+    EXPECT_EQ(driver.stepsTaken(), 1);
+}
+
+TEST_F(MainWindowTest, TwoStructuresOfOneVisitAreBothTold)
+{
+    gis::CLibGis& library = window.document().library();
+    gis::CDBTable* other = library.CreateTable("Altra");
+    {
+        gis::CCtrlDlgTableEdit edit(&library, other);
+        edit.AppendField("nota", gis::FieldFormat::Text);
+        edit.AppendField("codice", gis::FieldFormat::Text);
+        ASSERT_TRUE(edit.Commit());
+    }
+    orv::CPolyValue text("non un numero");
+    other->addRows(1);
+    library.SetRowValue(other->row(0), 1, text);
+    ui::CModalDriver driver;
+    const auto change = [](QDialog& structure) { changeFormat(structure, "Numerico"); };
+    driver.dialog("CDlgTableList", [](QDialog& list) {
+        auto* names = list.findChild<QAbstractItemView*>(QStringLiteral("id2000"));
+        for (const int row : { 0, 1 }) {
+            names->setCurrentIndex(names->model()->index(row, 0));
+            QTest::keyClick(names, Qt::Key_Return);
+        }
+        list.reject();
+    });
+    driver.dialog("CDlgTableEdit", change);
+    driver.dialog("CDlgTableEdit", change);
+    action(QStringLiteral("Tabelle...")).trigger();
+
+    EXPECT_EQ(messageOf(window).toStdString(),
+        "Gestione tabelle: Struttura di Altra: 1 valori non convertibili in codice, "
+        "Struttura di T: 3 valori non convertibili in tipo");
 }
 
 TEST_F(MainWindowTest, TheTableListIsInTheMenu)

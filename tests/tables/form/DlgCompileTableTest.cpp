@@ -13,6 +13,8 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QPointer>
+#include <QScreen>
 #include <QStyle>
 #include <QTemporaryDir>
 #include <QTest>
@@ -69,6 +71,55 @@ TEST_F(DlgCompileTableTest, OpensInItsUsualSizeAndKeepsTheUsers)
         ui::press(*dialog, 2);
     }
     EXPECT_EQ(make()->size(), QSize(600, 300)) << "also after Annulla";
+}
+
+TEST_F(DlgCompileTableTest, TheSizeIsKeptHoweverItCloses)
+{
+    int width = 600;
+    for (const auto& close : { +[](QDialog& dialog) { ui::press(dialog, 1); },
+             +[](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); },
+             +[](QDialog& dialog) { dialog.close(); } }) {
+        width += 10;
+        {
+            const auto dialog = make();
+            dialog->resize(width, 300);
+            close(*dialog);
+            EXPECT_FALSE(dialog->isVisible());
+        }
+        EXPECT_EQ(make()->width(), width);
+    }
+}
+
+TEST_F(DlgCompileTableTest, TheControlGoesOnceAndWithTheWindow)
+{
+    QPointer<QWidget> control;
+    {
+        const auto dialog = make();
+        control = &ui::at<QWidget>(*dialog, 1000);
+        ASSERT_FALSE(control.isNull());
+    }
+    EXPECT_TRUE(control.isNull());
+}
+
+TEST_F(DlgCompileTableTest, AWindowBeyondTheScreenComesBackIntoIt)
+{
+    QWidget parent;
+    parent.resize(200, 100);
+    const QRect screen = parent.screen()->availableGeometry();
+    parent.move(screen.right() - 50, screen.bottom() - 50);
+    parent.show();
+    {
+        CIniFile settings;
+        settings.WriteLong("DatiDlgGIS", "DlgCompileTableWidth", 9000);
+        settings.WriteLong("DatiDlgGIS", "DlgCompileTableHeight", 9000);
+    }
+    gis::CTheme* theme = library.GetTheme(0);
+    CDlgCompileTable dialog(&library, theme, library.GetRow(library.GetEnt(theme, 0)), &parent);
+    dialog.show();
+    QApplication::processEvents();
+    EXPECT_TRUE(screen.contains(QRect(dialog.pos(), dialog.size())))
+        << dialog.x() << ", " << dialog.y() << ": " << dialog.width() << " x " << dialog.height()
+        << " on " << screen.width() << " x " << screen.height();
 }
 
 TEST_F(DlgCompileTableTest, IsNeverSmallerThanItsLeastSize)

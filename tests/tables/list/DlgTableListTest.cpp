@@ -259,6 +259,7 @@ TEST_F(DlgTableListTest, EnterAndADoubleClickOpenTheStructure)
         driver.dialog("CDlgTableEdit", [](QDialog& structure) { ui::press(structure, 2); });
         QTest::mouseDClick(list().viewport(), Qt::LeftButton, {},
             list().visualRect(list().model()->index(0, 0)).center());
+        ASSERT_TRUE(ui::waitUntil([&] { return driver.stepsTaken() == 1; }));
     }
     ui::CModalDriver driver;
     driver.dialog("CDlgShowTable", [](QDialog& grid) { ui::press(grid, 2); });

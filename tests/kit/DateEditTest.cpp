@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#include "kit/DateEdit.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+class DateEditTest : public testing::Test {
+protected:
+    DateEditTest()
+    {
+        edit.resize(160, 30);
+        edit.show();
+        edit.activateWindow();
+        edit.setFocus();
+        QApplication::processEvents();
+    }
+    /// F4, and what one does with the calendar while it is open; false where none opened.
+    template <typename Act> bool withCalendar(const Act& act)
+    {
+        bool wasOpen = false;
+        QTimer::singleShot(20, &edit, [&] {
+            QWidget* popup = QApplication::activePopupWidget();
+            auto* calendar = popup ? popup->findChild<QCalendarWidget*>() : nullptr;
+            wasOpen = calendar != nullptr;
+            if (calendar)
+                act(*calendar);
+            if (popup && popup->isVisible())
+                QTest::keyClick(popup, Qt::Key_Escape);
+        });
+        QTest::keyClick(&edit, Qt::Key_F4);
+        return wasOpen;
+    }
+    kit::CDateEdit edit;
+};
+
+TEST_F(DateEditTest, F4OpensACalendarOnTheDateAndTakesTheChosenDay)
+{
+    edit.setText(QStringLiteral("05/03/2016"));
+    QDate shown;
+    ASSERT_TRUE(withCalendar([&](QCalendarWidget& calendar) {
+        shown = calendar.selectedDate();
+        Q_EMIT calendar.clicked(QDate(2016, 3, 31));
+    }));
+    EXPECT_EQ(shown, QDate(2016, 3, 5));
+    EXPECT_EQ(edit.text(), QStringLiteral("31/03/2016"));
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(DateEditTest, LeavingTheCalendarLeavesTheDate)
+{
+    edit.setText(QStringLiteral("05/03/2016"));
+    ASSERT_TRUE(withCalendar([](QCalendarWidget&) {}));
+    EXPECT_EQ(edit.text(), QStringLiteral("05/03/2016"));
+}
+
+TEST_F(DateEditTest, AWrongTextOpensTheCalendarOnTodayAndStays)
+{
+    edit.setText(QStringLiteral("31/02/2020"));
+    QDate shown;
+    ASSERT_TRUE(withCalendar([&](QCalendarWidget& calendar) { shown = calendar.selectedDate(); }));
+    EXPECT_EQ(shown, QDate::currentDate());
+    EXPECT_EQ(edit.text(), QStringLiteral("31/02/2020"));
+}
+
+TEST_F(DateEditTest, TheCrossClearsIt)
+{
+    edit.setText(QStringLiteral("05/03/2016"));
+    EXPECT_TRUE(edit.isClearButtonEnabled());
+    edit.clear();
+    EXPECT_EQ(edit.text(), QString());
+}
+
+} // namespace
