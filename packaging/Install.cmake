@@ -38,3 +38,14 @@ install(FILES "${PROJECT_BINARY_DIR}/TematicaConfig.cmake" "${PROJECT_BINARY_DIR
     DESTINATION "${package}")
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
     DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+
+# The contract suite, for those who write a host of their own.
+set(contract "${CMAKE_INSTALL_DATADIR}/tematica/contract")
+install(FILES "${PROJECT_SOURCE_DIR}/packaging/contract/CMakeLists.txt" DESTINATION "${contract}")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/tests/contract" DESTINATION "${contract}/tests"
+    FILES_MATCHING PATTERN "*.h" PATTERN "*Contract.cpp")
+install(FILES "${PROJECT_SOURCE_DIR}/tests/support/Describe.cpp" "${PROJECT_SOURCE_DIR}/tests/support/Describe.h"
+    "${PROJECT_SOURCE_DIR}/tests/support/LibraryNotation.cpp" "${PROJECT_SOURCE_DIR}/tests/support/LibraryNotation.h"
+    "${PROJECT_SOURCE_DIR}/tests/support/LibraryPlan.h"
+    "${PROJECT_SOURCE_DIR}/tests/support/NotationReader.cpp" "${PROJECT_SOURCE_DIR}/tests/support/NotationReader.h"
+    DESTINATION "${contract}/tests/support")

@@ -1,14 +1,6 @@
 # Installs what is built into a folder of its own, builds the outside project there and runs it.
 # -D BUILD=... -D SOURCE=... -D WORK=... -D COMPILER=...
-function(run)
-    # Apart from each other: the toolkit has its own words on standard error where a session has no folders of its own.
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
-    if(NOT result EQUAL 0)
-        list(JOIN ARGN " " command)
-        message(FATAL_ERROR "${command}\n${output}${errors}")
-    endif()
-    set(output "${output}" PARENT_SCOPE)
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/Run.cmake")
 
 file(REMOVE_RECURSE "${WORK}")
 run("${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${WORK}/prefix")

@@ -232,6 +232,17 @@ TEST_F(DlgTableEditCasesTest, AnEmptySourceOrFormatIsRefusedWithoutAMessage)
     EXPECT_EQ(driver.stepsTaken(), 0);
 }
 
+TEST_F(DlgTableEditCasesTest, ComputedFieldsHaveTheirFormatFromTheBeginningAndOnlyForOk)
+{
+    open("table T (Superficie text from area, Punto integer from name, Nota text)");
+    EXPECT_EQ(text(0, 2), QStringLiteral("Decimale"));
+    EXPECT_EQ(text(1, 2), QStringLiteral("Testo"));
+    ui::press(*dialog, 2);
+    EXPECT_EQ(library->GetFieldFormat(field(0)), gis::FieldFormat::Text);
+    EXPECT_EQ(library->GetFieldFormat(field(1)), gis::FieldFormat::Integer);
+    EXPECT_TRUE(library->changes().empty());
+}
+
 TEST_F(DlgTableEditCasesTest, AFormatThereAndBackBeginsWithoutLimits)
 {
     open();
