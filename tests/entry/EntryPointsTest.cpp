@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <string>
+#include <thread>
 
 // Through the shared library, as a host calls it.
 
@@ -66,6 +67,28 @@ TEST(EntryPointsTest, WithoutAnApplicationNothingIsShown)
         lines += std::string("tematica: ") + function
             + ": the process has no QApplication, no dialog is shown\n";
     EXPECT_EQ(testing::internal::GetCapturedStderr(), lines);
+}
+
+TEST(EntryPointsTest, ACallFromAnotherThreadShowsNothing)
+{
+    int argc = 1;
+    char name[] = "entry_test";
+    char* argv[] = { name, nullptr };
+    const QApplication app(argc, argv);
+    gis::CLibGis library;
+    gis::CDBTable* table = library.CreateTable("Strade");
+    bool grid = false;
+    bool structure = true;
+    testing::internal::CaptureStderr();
+    std::thread([&] {
+        grid = FDlgShowTableGIS(&library, table);
+        structure = FDlgTableEditGIS(&library, table);
+    }).join();
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(grid);
+    EXPECT_FALSE(structure);
+    EXPECT_NE(told.find("tematica: FDlgShowTableGIS: "), std::string::npos) << told;
+    EXPECT_NE(told.find("tematica: FDlgTableEditGIS: "), std::string::npos) << told;
 }
 
 /// Closes each dialog that comes up, and remembers its name.
