@@ -4,7 +4,6 @@
 
 #include "tables/list/DlgInputNameTable.h"
 #include "tables/list/NameDelegate.h"
-#include "tables/list/TableNameRules.h"
 
 #include "kit/Form.h"
 #include "kit/Icons.h"
@@ -19,7 +18,6 @@
 #include <QKeyEvent>
 #include <QStandardItemModel>
 
-#include <algorithm>
 #include <utility>
 
 CDlgTableList::CDlgTableList(QWidget* parent)
@@ -58,7 +56,7 @@ CDlgTableList::~CDlgTableList()
 
 void CDlgTableList::SetLibGis(gis::CLibGis* library)
 {
-    m_library = library;
+    m_list.setLibrary(library);
     fill();
 }
 
@@ -68,27 +66,12 @@ bool CDlgTableList::GetToolTipText(int position, int, orv::String& text)
     return true;
 }
 
-// Ascending without regard to the case of ASCII letters, equal names as the library has them.
 void CDlgTableList::fill()
 {
     m_rows->removeRows(0, m_rows->rowCount());
-    if (!m_library)
-        return;
-    struct Row {
-        orv::String name;
-        gis::CDBTable* table;
-    };
-    std::vector<Row> rows;
-    for (int i = 0; i < m_library->GetNumTables(); ++i) {
-        gis::CDBTable* table = m_library->GetTable(i);
-        rows.push_back({ m_library->GetTableName(table), table });
-    }
-    std::stable_sort(rows.begin(), rows.end(), [](const Row& left, const Row& right) {
-        return left.name.CompareIgnoreCase(right.name) < 0;
-    });
     const QIcon icon = kit::icon(14004);
     QList<QStandardItem*> items;
-    for (const Row& row : rows) {
+    for (const auto& row : m_list.rows()) {
         auto* item = new QStandardItem(icon, kit::toQt(row.name));
         item->setData(QVariant::fromValue(static_cast<void*>(row.table)), Qt::UserRole);
         items.append(item);
@@ -108,14 +91,9 @@ gis::CDBTable* CDlgTableList::tableOf(int row) const
     return static_cast<gis::CDBTable*>(kit::handleOf(m_rows->index(row, 0)));
 }
 
-orv::String CDlgTableList::nameOf(int row) const
-{
-    return kit::fromQt(m_rows->index(row, 0).data().toString());
-}
-
 bool CDlgTableList::isCommandEnabled(int command) const
 {
-    return m_library && (command == New || selectedRow() >= 0);
+    return m_list.library() && (command == New || selectedRow() >= 0);
 }
 
 // A click on the bar leaves the focus in a name being edited: that edit ends first, as it would
@@ -133,12 +111,12 @@ void CDlgTableList::runCommand(int command)
     case Delete:
         return onDelete(table);
     case Rename:
-        return onRename(table, m_library->GetTableName(table));
+        return onRename(table);
     case Properties:
-        FDlgTableEditGIS(m_library, table);
+        FDlgTableEditGIS(m_list.library(), table);
         break;
     default:
-        FDlgShowTableGIS(m_library, table);
+        FDlgShowTableGIS(m_list.library(), table);
         break;
     }
 }
@@ -161,48 +139,38 @@ void CDlgTableList::accept()
 void CDlgTableList::onNew()
 {
     CDlgInputNameTable dialog;
-    dialog.Init(m_library, orv::String());
+    dialog.Init(m_list.library(), orv::String());
     if (!kit::runModal(dialog))
         return;
     orv::String name;
     dialog.GetName(name);
-    m_library->CreateTable(name);
+    m_list.create(name);
     fill();
-    m_library->SetModifiedFlag(true);
 }
 
 // Asked first, refused second: a user who says no need not learn why it would not go.
 void CDlgTableList::onDelete(gis::CDBTable* table)
 {
-    const kit::Message question { texts::DeleteTable, std::nullopt, kit::BoxButtons::YesNo,
-        texts::Attention, kit::BoxIcon::Information };
-    if (FMessageBox(this, question) != kit::Answer::Yes)
+    if (FMessageBox(this, tables::CCtrlDlgTableList::deleteQuestion()) != kit::Answer::Yes)
         return;
-    if (m_library->IsTableUsedByThemes(table)) {
-        FMessageBox(this, kit::Message { texts::TableInUse });
-        return;
-    }
-    m_library->DeleteTable(table);
-    fill();
-    m_library->SetModifiedFlag(true);
+    if (const auto refusal = m_list.remove(table))
+        FMessageBox(this, *refusal);
+    else
+        fill();
 }
 
-void CDlgTableList::onRename(gis::CDBTable* table, const orv::String& oldName)
+void CDlgTableList::onRename(gis::CDBTable* table)
 {
     CDlgInputNameTable dialog;
-    dialog.Init(m_library, oldName);
+    dialog.Init(m_list.library(), m_list.library()->GetTableName(table));
     if (!kit::runModal(dialog))
         return;
     orv::String name;
     dialog.GetName(name);
-    rename(table, name);
-    fill();
-}
-
-void CDlgTableList::rename(gis::CDBTable* table, const orv::String& name)
-{
-    m_library->SetTableName(table, name);
-    m_library->SetModifiedFlag(true);
+    if (const auto refusal = m_list.rename(table, name))
+        FMessageBox(this, *refusal);
+    else
+        fill();
 }
 
 // The library is changed now; the rows and the message wait until the editor is gone, which would
@@ -212,10 +180,7 @@ void CDlgTableList::onEdited(const QModelIndex& index, const QString& text)
     if (m_isEditEnding) // the editor lost the focus while it was being closed
         return;
     m_isEditEnding = true;
-    const orv::String name = kit::fromQt(text);
-    m_editRefusal = tables::refusalOfTableName(*m_library, nameOf(index.row()), name);
-    if (!m_editRefusal)
-        rename(tableOf(index.row()), name);
+    m_editRefusal = m_list.rename(tableOf(index.row()), kit::fromQt(text));
     QMetaObject::invokeMethod(this, &CDlgTableList::finishEdit, Qt::QueuedConnection);
 }
 

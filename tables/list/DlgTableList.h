@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "kit/MessageBox.h"
+#include "tables/list/CtrlDlgTableList.h"
+
 #include "kit/ToolBarDialog.h"
 
 #include "host/gis/LibGis.h"
@@ -47,17 +48,15 @@ private:
     void fill();
     [[nodiscard]] int selectedRow() const; // -1: none
     [[nodiscard]] gis::CDBTable* tableOf(int row) const;
-    [[nodiscard]] orv::String nameOf(int row) const;
     void onNew();
     void onDelete(gis::CDBTable* table);
-    void onRename(gis::CDBTable* table, const orv::String& oldName);
+    void onRename(gis::CDBTable* table);
     void onEdited(const QModelIndex& index, const QString& text);
     void endEditing();
     void finishEdit();
-    void rename(gis::CDBTable* table, const orv::String& name);
 
     std::unique_ptr<Ui::CDlgTableList> m_ui;
-    gis::CLibGis* m_library = nullptr;
+    tables::CCtrlDlgTableList m_list;
     QStandardItemModel* m_rows;
     tables::CNameDelegate* m_delegate;
     bool m_isEditEnding = false;
