@@ -12,7 +12,7 @@ std::vector<HostCase> hosts()
         [](orv::CChangeTransactionManager* manager, std::int64_t drawing) {
             return std::make_unique<gis::CLibGis>(manager, drawing);
         },
-        [](gis::CLibGis&, const support::LibraryPlan&) { } } };
+        [](gis::CLibGis&, const support::LibraryPlan&) {} } };
 }
 
 } // namespace contract
