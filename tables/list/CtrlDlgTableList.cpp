@@ -30,7 +30,7 @@ void CCtrlDlgTableList::create(const orv::String& name)
 
 std::optional<kit::Message> CCtrlDlgTableList::rename(gis::CDBTable* table, const orv::String& name)
 {
-    if (const auto refusal = refusalOfTableName(*m_library, m_library->GetTableName(table), name))
+    if (auto refusal = refusalOfTableName(*m_library, m_library->GetTableName(table), name))
         return refusal;
     m_library->SetTableName(table, name);
     m_library->SetModifiedFlag(true);
