@@ -7,11 +7,14 @@
 #include "host/base/Numbers.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <future>
 #include <limits>
+#include <system_error>
 #include <vector>
 
 namespace embedded {
@@ -94,17 +97,11 @@ orv::CPolyValue fromNumber(const orv::CPolyValue& value, FieldFormat to)
     }
 }
 
-/// The part of the whole work that is done in a loop.
-struct Share {
-    double first = 0.0;
-    double length = 1.0;
-};
-
 /// Tells the progress every few thousand rows; false once it was cancelled.
-bool goesOn(IProgress* progress, int row, int rowCount, Share share = {})
+bool goesOn(IProgress* progress, int row, int rowCount)
 {
     return !progress || row % RowsBetweenProgress != 0
-        || progress->advance(share.first + share.length * row / std::max(1, rowCount));
+        || progress->advance(static_cast<double>(row) / std::max(1, rowCount));
 }
 
 void countCell(bool hasResult, bool sameKind, ConversionCount& count)
@@ -118,15 +115,16 @@ struct Conversions {
     std::vector<std::uint8_t> hasValue;
 };
 
-Conversions convertTexts(const Dictionary& texts, FieldFormat to, IProgress* progress)
+/// The texts from `first` on, up to `end`; `goesOn` is asked every few thousand of them.
+template <typename GoesOn>
+void convertRange(const Dictionary& texts, FieldFormat to, std::uint32_t first, std::uint32_t end,
+    Conversions& result, const GoesOn& goesOn)
 {
-    const std::uint32_t size = texts.size();
-    Conversions result { std::vector<std::uint64_t>(size), std::vector<std::uint8_t>(size) };
     Column cell(columnKindOf(to));
     cell.appendEmpty();
-    for (std::uint32_t code = 0; code < size; ++code) {
-        if (!goesOn(progress, static_cast<int>(code), static_cast<int>(size), { 0.0, 0.5 }))
-            break;
+    for (std::uint32_t code = first; code < end; ++code) {
+        if ((code - first) % RowsBetweenProgress == 0 && !goesOn(code - first))
+            return;
         if (to == FieldFormat::Decimal) { // the usual case, and the one with the most texts
             double number = 0;
             result.hasValue[code]
@@ -138,6 +136,31 @@ Conversions convertTexts(const Dictionary& texts, FieldFormat to, IProgress* pro
         result.hasValue[code] = cell.hasValue(0);
         result.raw[code] = cell.rawAt(0);
     }
+}
+
+/// Many texts by two threads, each its half; the caller's tells the progress.
+Conversions convertTexts(const Dictionary& texts, FieldFormat to, IProgress* progress)
+{
+    constexpr std::uint32_t textsForTwoThreads = 65536;
+    const std::uint32_t size = texts.size();
+    Conversions result { std::vector<std::uint64_t>(size), std::vector<std::uint8_t>(size) };
+    std::atomic<bool> isStopped = false;
+    std::future<void> upperHalf;
+    if (size >= textsForTwoThreads)
+        try {
+            upperHalf = std::async(std::launch::async, [&] {
+                convertRange(texts, to, size / 2, size, result,
+                    [&isStopped](std::uint32_t) { return !isStopped; });
+            });
+        } catch (const std::system_error&) { // no thread to be had: one does it all
+        }
+    const std::uint32_t end = upperHalf.valid() ? size / 2 : size;
+    convertRange(texts, to, 0, end, result, [&](std::uint32_t done) {
+        isStopped = progress && !progress->advance(0.5 * done / std::max<std::uint32_t>(1, end));
+        return !isStopped;
+    });
+    if (upperHalf.valid())
+        upperHalf.get();
     return result;
 }
 

@@ -50,8 +50,8 @@ public:
 
     /// Runs a filter. The refusal to be shown when its text is wrong; then nothing is found.
     [[nodiscard]] std::optional<kit::Message> run(const orv::String& filter);
-    /// Entities found by the last run, in entity order.
-    [[nodiscard]] const std::vector<gis::CEnt*>& found() const { return m_found; }
+    /// Entities found by the last run, in entity order; they may be taken.
+    [[nodiscard]] std::vector<gis::CEnt*>& found() { return m_found; }
 
 private:
     std::int64_t m_drawing;

@@ -56,10 +56,10 @@ void CDlgQuerySheet::SetTheme(gis::CTheme* theme)
     m_page1->SetTheme(theme);
 }
 
-void CDlgQuerySheet::SetResult(const std::vector<gis::CEnt*>& found)
+void CDlgQuerySheet::SetResult(std::vector<gis::CEnt*>& found)
 {
     m_page2->DropGrid();
-    m_found = found;
+    m_found.swap(found);
 }
 
 void CDlgQuerySheet::SelectPage(int page)

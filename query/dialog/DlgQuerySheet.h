@@ -30,8 +30,9 @@ public:
     /// Whatever page is in front.
     [[nodiscard]] QString FilterText() const;
     void SetTheme(gis::CTheme* theme);
-    /// The grid of the last result goes; the next one is made when the page is shown.
-    void SetResult(const std::vector<gis::CEnt*>& found);
+    /// The grid of the last result goes; the next one is made when the page is shown. `found` gets
+    /// what was found before, for its memory.
+    void SetResult(std::vector<gis::CEnt*>& found);
     /// 0 the page "Query", any other value "Risultato". Selecting the page that is in front already
     /// activates it again.
     void SelectPage(int page);
