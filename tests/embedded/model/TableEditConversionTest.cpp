@@ -6,6 +6,9 @@
 #include "tests/support/Describe.h"
 #include "tests/support/LibraryNotation.h"
 
+#include "host/base/Numbers.h"
+#include "host/base/ChangeManager.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,6 +18,7 @@ namespace {
 using embedded::FindingCode;
 using embedded::Library;
 using gis::CCtrlDlgTableEdit;
+using gis::CLibGis;
 using gis::FieldFormat;
 using support::makeLibrary;
 
@@ -215,5 +219,70 @@ TEST(TableEditCostTest, ProgressGrowsOverAllColumns)
     EXPECT_LE(progress.fractions.back(), 1.0);
     Library::of(library.get())->setProgress(nullptr);
 }
+
+/// More rows than a chunk holds, more different texts than one thread converts, some cells missing.
+class LongConversionTest : public testing::TestWithParam<FieldFormat> { };
+
+TEST_P(LongConversionTest, EveryCellIsConvertedWhateverItsChunk)
+{
+    constexpr int rows = 150'001;
+    const FieldFormat format = GetParam();
+    orv::CChangeTransactionManager changes;
+    CLibGis library(&changes);
+    gis::CDBTable* table = library.CreateTable("T");
+    table->addField("a", FieldFormat::Text);
+    table->addRows(rows);
+    embedded::Column texts(gis::ColumnKind::Dictionary);
+    for (int row = 0; row < rows; ++row) {
+        if (row % 7 == 3)
+            texts.appendEmpty();
+        else if (row % 11 == 5)
+            texts.appendText("nessuno " + std::to_string(row)); // becomes no value
+        else if (format == FieldFormat::Boolean)
+            texts.appendText(row % 2 == 0 ? "no" : "TRUE");
+        else if (format == FieldFormat::Date)
+            texts.appendText(std::to_string(1 + row % 28) + "/" + std::to_string(1 + row % 12) + "/"
+                + std::to_string(1500 + row % 3000));
+        else
+            texts.appendText(std::to_string(row - 70'000));
+    }
+    table->setColumn(0, std::move(texts));
+    changes.Clear();
+    CCtrlDlgTableEdit edit(&library, table);
+    edit.SetFieldFormat(edit.GetCurField(0), format);
+    ASSERT_TRUE(edit.Commit());
+
+    int wrong = 0;
+    for (int row = 0; row < rows; ++row) {
+        orv::CPolyValue value;
+        library.GetRowValue(table->row(row), 0, value);
+        bool isRight = false;
+        if (row % 7 == 3 || row % 11 == 5) {
+            isRight = value.IsEmpty();
+        } else if (format == FieldFormat::Boolean) {
+            isRight = value == orv::CPolyValue(row % 2 != 0);
+        } else if (format == FieldFormat::Date) {
+            char text[16];
+            orv_sprintf(
+                text, sizeof text, "%02d/%02d/%d", 1 + row % 28, 1 + row % 12, 1500 + row % 3000);
+            isRight = value.GetStringValue() == orv::String(text);
+        } else {
+            isRight = format == FieldFormat::Integer ? value == orv::CPolyValue(row - 70'000)
+                                                     : value == orv::CPolyValue(row - 70'000.0);
+        }
+        wrong += isRight ? 0 : 1;
+    }
+    EXPECT_EQ(wrong, 0);
+
+    // Rows that come later go behind the last chunk.
+    table->addRows(1);
+    EXPECT_EQ(table->column(0).rowCount(), rows + 1);
+    EXPECT_FALSE(table->column(0).hasValue(rows));
+    EXPECT_EQ(table->column(0).hasValue(rows - 1), (rows - 1) % 7 != 3 && (rows - 1) % 11 != 5);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, LongConversionTest,
+    testing::Values(
+        FieldFormat::Boolean, FieldFormat::Integer, FieldFormat::Decimal, FieldFormat::Date));
 
 } // namespace
