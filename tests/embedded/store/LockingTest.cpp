@@ -3,6 +3,7 @@
 #include "tests/embedded/store/LibraryImage.h"
 #include "tests/embedded/store/StoreTesting.h"
 #include "tests/support/LibraryNotation.h"
+#include "tests/support/OrdinaryUser.h"
 
 #include <gtest/gtest.h>
 
@@ -214,8 +215,8 @@ TEST_F(LockingTest, WhereNothingMayBeWrittenASaveSaysSo)
 
 TEST_F(LockingTest, AFileWithoutTheRightToWriteIsReadAndNotSaved)
 {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "an administrator may write everything";
+    const support::OrdinaryUserScope user(folder.path());
+    ASSERT_TRUE(user.isOrdinary());
     ASSERT_EQ(::chmod(path.c_str(), 0400), 0);
     const auto library = opened(path, OpenMode::Write);
     ASSERT_TRUE(library);
@@ -230,8 +231,8 @@ TEST_F(LockingTest, AFileWithoutTheRightToWriteIsReadAndNotSaved)
 
 TEST_F(LockingTest, AFolderWithoutTheRightToWriteIsSaid)
 {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "an administrator may write everything";
+    const support::OrdinaryUserScope user(folder.path());
+    ASSERT_TRUE(user.isOrdinary());
     const auto library = opened(path, OpenMode::Write);
     edit(*library, "nuovo");
     ASSERT_EQ(::chmod(folder.path().c_str(), 0500), 0);
