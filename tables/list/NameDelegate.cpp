@@ -43,24 +43,7 @@ bool CNameDelegate::eventFilter(QObject* watched, QEvent* event)
             return true;
         }
     }
-    return QStyledItemDelegate::eventFilter(watched, event);
-}
-
-void CNameDelegate::destroyEditor(QWidget* editor, const QModelIndex& index) const
-{
-    if (editor == m_editor)
-        m_editor.clear(); // it lives on until the events have run
-    QStyledItemDelegate::destroyEditor(editor, index);
-}
-
-void CNameDelegate::commitOpenEditor()
-{
-    if (!m_editor)
-        return;
-    const QPointer<QWidget> editor = m_editor;
-    Q_EMIT commitData(editor);
-    if (editor)
-        Q_EMIT closeEditor(editor);
+    return COpenEditorDelegate::eventFilter(watched, event);
 }
 
 } // namespace tables

@@ -17,7 +17,7 @@ const char* const ChosenProperty = "isChosen"; // the user has changed it since 
 } // namespace
 
 CFieldDelegate::CFieldDelegate(QObject* parent)
-    : QStyledItemDelegate(parent)
+    : COpenEditorDelegate(parent)
 {
 }
 
@@ -92,29 +92,6 @@ void CFieldDelegate::updateEditorGeometry(
     if (qobject_cast<QComboBox*>(editor))
         place.setWidth(qMax(place.width(), editor->sizeHint().width()));
     editor->setGeometry(place);
-}
-
-void CFieldDelegate::destroyEditor(QWidget* editor, const QModelIndex& index) const
-{
-    if (editor == m_editor)
-        m_editor.clear(); // it lives on until the events have run
-    QStyledItemDelegate::destroyEditor(editor, index);
-}
-
-void CFieldDelegate::commitOpenEditor()
-{
-    if (!m_editor)
-        return;
-    const QPointer<QWidget> editor = m_editor;
-    Q_EMIT commitData(editor);
-    if (editor)
-        Q_EMIT closeEditor(editor);
-}
-
-void CFieldDelegate::dropOpenEditor()
-{
-    if (m_editor)
-        Q_EMIT closeEditor(m_editor, RevertModelCache);
 }
 
 } // namespace tables

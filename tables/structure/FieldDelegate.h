@@ -4,14 +4,13 @@
 
 #include "tables/structure/FieldModel.h"
 
-#include <QPointer>
-#include <QStyledItemDelegate>
+#include "kit/OpenEditorDelegate.h"
 
 namespace tables {
 
 /// The editors of the structure editor's cells: a free text for the name, lists for source and
 /// format.
-class CFieldDelegate final : public QStyledItemDelegate {
+class CFieldDelegate final : public kit::COpenEditorDelegate {
     Q_OBJECT
 
 public:
@@ -24,12 +23,6 @@ public:
         QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
     void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
         const QModelIndex& index) const override;
-    void destroyEditor(QWidget* editor, const QModelIndex& index) const override;
-    /// Takes what an open editor holds and closes it.
-    void commitOpenEditor();
-    /// Closes an open editor and forgets what it holds.
-    void dropOpenEditor();
-    [[nodiscard]] bool isEditing() const { return m_editor != nullptr; }
 
 Q_SIGNALS:
     void editBegun(int row) const;
@@ -38,8 +31,6 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QWidget* createChoice(QWidget* parent, const QStringList& choices, int row) const;
-
-    mutable QPointer<QWidget> m_editor;
 };
 
 } // namespace tables

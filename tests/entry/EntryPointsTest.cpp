@@ -19,6 +19,15 @@
 
 namespace {
 
+/// The application of one test: others need that there is none.
+class Application final {
+private:
+    int m_argumentCount = 1;
+    char m_name[11] = "entry_test";
+    char* m_arguments[2] = { m_name, nullptr };
+    QApplication m_application { m_argumentCount, m_arguments };
+};
+
 void callAllWithNull()
 {
     EXPECT_FALSE(FDlgTableListGIS(nullptr));
@@ -38,10 +47,7 @@ TEST(EntryPointsTest, NullArgumentsAreHarmlessWithAnApplicationAndWithout)
     callAllWithNull();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 
-    int argc = 1;
-    char name[] = "entry_test";
-    char* argv[] = { name, nullptr };
-    const QApplication app(argc, argv);
+    const Application application;
     testing::internal::CaptureStderr();
     callAllWithNull();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
@@ -71,10 +77,7 @@ TEST(EntryPointsTest, WithoutAnApplicationNothingIsShown)
 
 TEST(EntryPointsTest, ACallFromAnotherThreadShowsNothing)
 {
-    int argc = 1;
-    char name[] = "entry_test";
-    char* argv[] = { name, nullptr };
-    const QApplication app(argc, argv);
+    const Application application;
     gis::CLibGis library;
     gis::CDBTable* table = library.CreateTable("Strade");
     bool grid = false;
@@ -109,10 +112,7 @@ QStringList namesOfDialogsDuring(const std::function<void()>& call)
 
 TEST(EntryPointsTest, TheQueryOpensAndAnswersTrueHoweverItEndsTheStructureFalseWhenCancelled)
 {
-    int argc = 1;
-    char name[] = "entry_test";
-    char* argv[] = { name, nullptr };
-    const QApplication app(argc, argv);
+    const Application application;
     gis::CLibGis library;
     gis::CDBTable* table = library.CreateTable("Strade");
     bool answer = false;
@@ -138,10 +138,7 @@ TEST(EntryPointsTest, TheQueryOpensAndAnswersTrueHoweverItEndsTheStructureFalseW
 
 TEST(EntryPointsTest, TheAttributeGridOpensAndAnswersTrueHoweverItEnds)
 {
-    int argc = 1;
-    char name[] = "entry_test";
-    char* argv[] = { name, nullptr };
-    const QApplication app(argc, argv);
+    const Application application;
     gis::CLibGis library;
     gis::CDBTable* table = library.CreateTable("Strade");
     bool answer = false;
