@@ -16,6 +16,7 @@
 #include <bit>
 #include <cmath>
 #include <map>
+#include <utility>
 
 namespace query {
 
@@ -271,7 +272,9 @@ std::optional<DistinctValues> distinctValuesByCell(
     if (!hasField(library, theme, fieldIndex))
         return std::nullopt;
     DistinctValues result;
-    // A tree stays whole under an order that is none (mixed kinds), which sorting does not.
+    // A tree stays whole under an order that is none (mixed kinds), which sorting does not; but only
+    // `insert` looks for its place in one way: other calls take hints, which such an order makes
+    // wrong.
     std::map<orv::CPolyValue, std::int64_t, ValueOrder> counts;
     const int entityCount = library.GetNoEnts(theme);
     for (int i = 0; i < entityCount; ++i) {
@@ -280,7 +283,7 @@ std::optional<DistinctValues> distinctValuesByCell(
         if (value.IsEmpty())
             ++result.missing;
         else
-            ++counts[value];
+            ++counts.insert({ std::move(value), 0 }).first->second;
     }
     for (auto& [value, count] : counts)
         result.values.push_back({ value, count });

@@ -141,10 +141,14 @@ bool acceptCellText(gis::CLibGis& library, const GridField& field, orv::String& 
         return acceptInteger(constraintsOf(library, field.field), text);
     case gis::FieldFormat::Decimal:
         return acceptDecimal(constraintsOf(library, field.field), field.decimalDigits, text);
-    case gis::FieldFormat::Date:
+    case gis::FieldFormat::Date: {
         // What is no real day would be saved as no value: shown at once, not after saving.
-        text = cellText(valueOfCellText(text, field.format), 0);
+        const orv::CPolyValue day = valueOfCellText(text, field.format);
+        const orv::String shown = cellText(day, 0);
+        if (valueOfCellText(shown, field.format) == day)
+            text = shown; // a year before 1000 stays as typed: shown with fewer digits it is no date
         return true;
+    }
     default:
         return true;
     }

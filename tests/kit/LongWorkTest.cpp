@@ -4,49 +4,15 @@
 #include "kit/Progress.h"
 #include "kit/WaitCursor.h"
 
-#include "tests/support/ui/ModalDriver.h"
+#include "tests/support/ui/CancelProgress.h"
 
 #include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QProgressDialog>
-#include <QPushButton>
-#include <QTest>
 
 #include <stdexcept>
 #include <thread>
 
-namespace {
-
-QProgressDialog* shownProgress()
-{
-    for (QWidget* widget : QApplication::topLevelWidgets())
-        if (widget->isVisible() && widget->objectName() == QLatin1String("CProgress"))
-            return qobject_cast<QProgressDialog*>(widget);
-    return nullptr;
-}
-
-/// Presses "Annulla" as soon as the progress dialog is there, counting how often it was seen.
-struct CancelWhenShown {
-    QTimer timer;
-    int seen = 0;
-    QString caption;
-    bool hadWaitCursor = false;
-    CancelWhenShown()
-    {
-        QObject::connect(&timer, &QTimer::timeout, [this] {
-            if (auto* progress = shownProgress()) {
-                ++seen;
-                caption = progress->findChild<QPushButton*>(QStringLiteral("id2"))->text();
-                hadWaitCursor = QGuiApplication::overrideCursor() != nullptr;
-                ui::press(*progress, 2);
-            }
-        });
-        timer.start(1);
-    }
-};
-
-} // namespace
+using ui::CancelWhenShown;
+using ui::shownProgress;
 
 TEST(LongWorkTest, QuickWorkShowsNothing)
 {

@@ -6,6 +6,7 @@
 #include "host/base/Dates.h"
 #include "tests/support/Describe.h"
 #include "tests/support/LibraryNotation.h"
+#include "tests/support/RecordingLibrary.h"
 
 #include <gtest/gtest.h>
 
@@ -141,6 +142,23 @@ TEST_F(DistinctValuesTest, BothWaysAgreeOnRandomTables)
 
     for (int field = 0; field < 5; ++field)
         EXPECT_NE(valuesOf(field), "none");
+}
+
+TEST(DistinctValuesOfOddHostsTest, ValuesOfKindsWithoutAnOrderAreEachKept)
+{
+    support::CRecordingLibrary library(
+        "table T (a text); rows T: ('x') ('y') ('z'); theme S: points on T;"
+        "ents S: 0 [0 0], 1 [0 0], 2 [0 0], 0 [0 0], 1 [0 0]");
+    library.answerCells([](orv::CResultRow*, int, orv::CPolyValue& value) {
+        value.CreateArray(2, orv::PolyString);
+        return true;
+    });
+
+    const auto distinct = distinctValues(library, library.GetTheme(0), 0);
+
+    ASSERT_TRUE(distinct.has_value());
+    EXPECT_EQ(distinct->values.size(), 5U) << print(distinct);
+    EXPECT_EQ(distinct->missing, 0);
 }
 
 TEST(DistinctValueOrderTest, KindsAreOrderedByThemselvesAndMixedOnesByText)

@@ -231,7 +231,11 @@ TEST_F(CtrlShowTableTest, ANumberBeyondItsBoundsIsRefusedWithAMessageAndTheCellK
     open();
     ui::CModalDriver driver;
     driver.box(QStringLiteral("ll valore inseito non rispetta i vincoli inseriti"), kit::Answer::Ok,
-        [](QMessageBox& box) { EXPECT_EQ(box.windowTitle(), QStringLiteral("Attenzione!")); });
+        [](QMessageBox& box) {
+            EXPECT_EQ(box.windowTitle(), QStringLiteral("Attenzione!"));
+            EXPECT_EQ(box.icon(), QMessageBox::Warning);
+            EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
+        });
 
     type(0, 3, QStringLiteral("9"));
     ASSERT_TRUE(ui::waitUntil([&] { return driver.stepsTaken() == 1; }));

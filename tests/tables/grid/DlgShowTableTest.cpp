@@ -87,7 +87,10 @@ TEST(DlgShowTableTest, AnEmptyRequiredValueIsNamedAndTheDialogStaysOpen)
             ui::press(dialog, 2);
         });
         driver.box(QStringLiteral("Il campo \"Nome\" è obbligatorio!"), kit::Answer::Ok,
-            [](QMessageBox& box) { EXPECT_EQ(box.windowTitle(), QStringLiteral("Attenzione!")); });
+            [](QMessageBox& box) {
+                EXPECT_EQ(box.windowTitle(), QStringLiteral("Attenzione!"));
+                EXPECT_EQ(box.icon(), QMessageBox::Warning);
+            });
         CDlgShowTable dialog(&library, library.GetTable(0));
         library.clearCalls();
         return kit::runModal(dialog);

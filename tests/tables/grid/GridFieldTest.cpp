@@ -154,6 +154,7 @@ TEST(AcceptCellTextTest, ADateIsWrittenInFullAndAnImpossibleOneIsCleared)
 
     EXPECT_EQ(field.accept("5/3/2016"), "05/03/2016");
     EXPECT_EQ(field.accept("30/2/2016"), "");
+    EXPECT_EQ(field.accept("1/1/0050"), "1/1/0050") << "no date any more with two digits of year";
 }
 
 TEST(CellChoicesTest, YesNoOffersNoThenYesThenNothing)

@@ -290,6 +290,20 @@ TEST(GridSaveOfOddHostsTest, TheDateZeroIsLostOnlyWhenItWasEdited)
     EXPECT_EQ(edited.save().size(), 2U);
 }
 
+TEST(GridSaveOfOddHostsTest, ADateBefore1000OrBeyondTheCalendarIsLostOnlyWhenItWasEdited)
+{
+    std::int64_t ancient = 0;
+    ASSERT_TRUE(orv::ParseDateText("01/01/0050", ancient));
+    for (const std::int64_t moment : { ancient, std::numeric_limits<std::int64_t>::max() }) {
+        OddHost untouched("g date, t text", { date(moment), orv::CPolyValue("x") });
+        EXPECT_EQ(untouched.save(), Nothing);
+    }
+
+    OddHost edited("g date, t text", { date(ancient), orv::CPolyValue("x") });
+    ASSERT_EQ(edited.contents.enter(0, 0, orv::String("")), CGridContents::Entry::Taken);
+    EXPECT_EQ(edited.save(), (std::vector<std::string> { "SetRowValue(T[0], 0, -)", Modified }));
+}
+
 TEST(GridSaveOfOddHostsTest, AValueOfAnotherKindIsRewrittenInTheFormatOfItsField)
 {
     OddHost host("t text, b boolean", { orv::CPolyValue(5), orv::CPolyValue("") });
