@@ -62,6 +62,7 @@ void Document::adopt(std::unique_ptr<gis::CLibGis> library,
     m_changes = std::move(changes);
     m_path = path;
     m_isReadOnly = false;
+    m_isRecovered = false;
     embedded::Engine::of(m_engine).setLibrary(m_library.get());
     implementation(*m_library)
         .setExtension(gis::FeedbackExtension, static_cast<gis::IFeedback*>(this));
@@ -93,8 +94,10 @@ embedded::Result<void> Document::open(const QString& path, embedded::Report& rep
     auto changes = std::make_unique<orv::CChangeTransactionManager>();
     if (isShapefile(path)) {
         auto library = std::make_unique<gis::CLibGis>(changes.get());
+        implementation(*library).setProgress(&m_progress);
         const auto imported
             = embedded::importShapefile(*library, file, {}, nullptr, nullptr, report);
+        m_progress.finish();
         if (!imported)
             return imported.error();
         adopt(std::move(library), std::move(changes), {});
@@ -131,8 +134,10 @@ embedded::Result<void> Document::openRecovered(
         return loaded.error();
     library.setStore(nullptr);
     adopt(std::move(opened.value()), std::move(changes), {});
-    // An empty change: the work is unsaved until the user saves it, wherever it came from.
+    // An empty change that cannot be taken back: the work is unsaved until the user saves it,
+    // wherever it came from.
     implementation(*m_library).record([] {}, [] {});
+    m_changes->Clear();
     m_path = originalPath;
     m_isRecovered = true; // the first save asks for the name and offers the old one
     Q_EMIT changed();

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 
 namespace app {
 
@@ -78,6 +79,8 @@ IdentifyPanel::IdentifyPanel(Document& document, QWidget* parent)
         edit->setAccessibleName(QString(caption).remove(QLatin1Char(':')));
         form->addRow(caption, edit);
         connect(edit, &QLineEdit::editingFinished, this, &IdentifyPanel::commit);
+        connect(edit, &QLineEdit::textEdited, this, &IdentifyPanel::pendingChanged);
+        edit->setMaxLength(std::numeric_limits<int>::max()); // a long text must come back whole
         m_pointEdits.append(edit);
     }
     auto* layout = new QVBoxLayout(this);
@@ -154,6 +157,13 @@ void IdentifyPanel::fillPoint()
             m_pointEdits[i]->setText(kit::toQt(textOf(*point, i)));
 }
 
+bool IdentifyPanel::hasPendingText() const
+{
+    return m_point->isVisibleTo(this)
+        && std::any_of(m_pointEdits.begin(), m_pointEdits.end(),
+            [](const QLineEdit* edit) { return edit->isModified(); });
+}
+
 void IdentifyPanel::commit()
 {
     embedded::LinkedPoint* point = m_entity ? pointOf(m_entity) : nullptr;
@@ -162,11 +172,15 @@ void IdentifyPanel::commit()
     embedded::LinkedPoint edited = *point;
     bool differs = false;
     for (int i = 0; i < m_pointEdits.size(); ++i) {
+        // Only what was typed: bytes that are no text would come back as others.
+        if (!m_pointEdits[i]->isModified())
+            continue;
+        m_pointEdits[i]->setModified(false);
         const orv::String text = kit::fromQt(m_pointEdits[i]->text());
         differs = differs || text != textOf(edited, i);
         textOf(edited, i) = text;
-        m_pointEdits[i]->setModified(false);
     }
+    Q_EMIT pendingChanged();
     if (differs)
         m_document.act(QStringLiteral("Attributi del punto"),
             [&] { embedded::Library::of(&m_document.library())->setLinkedPoint(point, edited); });

@@ -28,6 +28,11 @@ public:
     [[nodiscard]] gis::CEnt* entity() const { return m_entity; }
     /// Writes what is being typed, which otherwise waits until its edit is left.
     void commit();
+    /// True while a text is being typed that has not been written yet.
+    [[nodiscard]] bool hasPendingText() const;
+
+Q_SIGNALS:
+    void pendingChanged();
 
 private:
     void refresh();

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/LibraryProgress.h"
 
+#include "app/Words.h"
+#include "kit/MessageBox.h"
 #include "kit/Progress.h"
 
 namespace app {
@@ -25,6 +27,13 @@ void LibraryProgress::finish()
 {
     m_shown.reset();
     m_last = 0;
+}
+
+void LibraryProgress::failed(const embedded::Error& error)
+{
+    finish();
+    FMessageBox(nullptr, errorText(error), QStringLiteral("Tematica"), kit::BoxIcon::Exclamation,
+        kit::BoxButtons::Ok);
 }
 
 } // namespace app

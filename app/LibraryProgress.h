@@ -24,6 +24,7 @@ public:
     bool advance(double fraction) override;
     /// The work has ended, however: what is shown goes.
     void finish() override;
+    void failed(const embedded::Error& error) override;
 
 private:
     std::unique_ptr<kit::Progress> m_shown;

@@ -10,6 +10,7 @@
 #include "kit/Choosers.h"
 #include "kit/Icons.h"
 #include "kit/MessageBox.h"
+#include "kit/WaitCursor.h"
 #include "kit/texts/QtText.h"
 #include "tematica/Dialogs.h"
 
@@ -41,10 +42,19 @@ QString plainInMenu(QString text)
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
+/// The name of a step as a menu has room for it.
+QString shortened(const orv::String& name)
+{
+    constexpr int MostLetters = 80;
+    const QString text = kit::toQt(name);
+    return text.size() <= MostLetters ? text : text.left(MostLetters) + QStringLiteral("…");
+}
+
 } // namespace
 
 template <typename Run> void MainWindow::runDialog(const QString& step, const Run& run)
 {
+    m_identify->commit(); // what is still being typed there belongs to what the dialog shows
     m_document.act(step, run);
     activateWindow();
 }
@@ -63,6 +73,7 @@ void MainWindow::makePanels()
     addDockWidget(Qt::LeftDockWidgetArea, identifyDock);
     resizeDocks({ themesDock, identifyDock }, { 290, 290 }, Qt::Horizontal);
     connect(m_themes, &ThemePanel::currentChanged, this, &MainWindow::refreshActions);
+    connect(m_identify, &IdentifyPanel::pendingChanged, this, &MainWindow::refreshActions);
 }
 
 void MainWindow::makeFileMenu()
@@ -80,14 +91,14 @@ void MainWindow::makeFileMenu()
     menu->addSeparator();
     m_save = menu->addAction(QStringLiteral("&Salva"), QKeySequence::Save);
     connect(m_save, &QAction::triggered, this, &MainWindow::save);
-    connect(menu->addAction(QStringLiteral("Salva &con nome..."), QKeySequence::SaveAs),
+    connect(menu->addAction(QStringLiteral("Salva con n&ome..."), QKeySequence::SaveAs),
         &QAction::triggered, this, &MainWindow::saveAs);
     menu->addSeparator();
     connect(menu->addAction(QStringLiteral("&Importa shapefile...")), &QAction::triggered, this,
         &MainWindow::chooseAndImport);
     addLater(menu, QStringLiteral("&Esporta shapefile..."));
     menu->addSeparator();
-    connect(menu->addAction(QStringLiteral("&Esci"), QKeySequence::Quit), &QAction::triggered, this,
+    connect(menu->addAction(QStringLiteral("Es&ci"), QKeySequence::Quit), &QAction::triggered, this,
         &QWidget::close);
 }
 
@@ -97,10 +108,15 @@ void MainWindow::makeEditMenu()
     m_undo = menu->addAction(QStringLiteral("&Annulla"), QKeySequence::Undo);
     connect(m_undo, &QAction::triggered, this, [this] {
         m_identify->commit();
+        const kit::WaitCursor wait;
         m_document.undo();
     });
     m_redo = menu->addAction(QStringLiteral("&Ripeti"), QKeySequence::Redo);
-    connect(m_redo, &QAction::triggered, this, [this] { m_document.redo(); });
+    connect(m_redo, &QAction::triggered, this, [this] {
+        m_identify->commit(); // a text that was typed meanwhile is a new act: nothing to repeat then
+        const kit::WaitCursor wait;
+        m_document.redo();
+    });
     menu->addSeparator();
     connect(menu->addAction(QStringLiteral("&Deseleziona tutto")), &QAction::triggered, this,
         [this] { m_document.clearHighlight(); });
@@ -163,7 +179,7 @@ void MainWindow::makeGisMenu()
     m_table = menu->addAction(
         QStringLiteral("Tabella &attributi..."), QKeySequence(Qt::CTRL | Qt::Key_T));
     connect(m_table, &QAction::triggered, this, &MainWindow::showTable);
-    m_form = menu->addAction(QStringLiteral("Attributi dell'&entità..."));
+    m_form = menu->addAction(QStringLiteral("Attributi &dell'entità..."));
     connect(m_form, &QAction::triggered, this, [this] { showEntityForm(chosenEntity()); });
     menu->addSeparator();
     addLater(menu, QStringLiteral("T&emi..."));
@@ -189,7 +205,15 @@ void MainWindow::makeStatusBar()
     m_message->setTextFormat(Qt::PlainText);
     m_coordinates = new QLabel(this);
     m_counts = new QLabel(this);
+    m_message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_unprotected = new QLabel(QStringLiteral("Copia di recupero non scritta"), this);
+    m_unprotected->setObjectName(QStringLiteral("unprotected"));
+    m_unprotected->setToolTip(QStringLiteral(
+        "La copia di recupero non può essere scritta: il lavoro non salvato non è protetto."));
+    m_unprotected->setStyleSheet(QStringLiteral("color: white; background: #B3261E; padding: 0 6px"));
+    m_unprotected->hide();
     statusBar()->addWidget(m_message, 1);
+    statusBar()->addPermanentWidget(m_unprotected);
     statusBar()->addPermanentWidget(m_counts);
     statusBar()->addPermanentWidget(m_coordinates);
 }
@@ -212,7 +236,9 @@ gis::CDBTable* MainWindow::chosenTable() const
 gis::CEnt* MainWindow::chosenEntity() const
 {
     const auto& selected = m_document.highlight().selected;
-    return selected.size() == 1 ? selected.front() : m_identify->entity();
+    if (selected.size() > 1)
+        return nullptr; // which of them is not told
+    return selected.empty() ? m_identify->entity() : selected.front();
 }
 
 void MainWindow::showEntityForm(gis::CEnt* entity)
@@ -256,7 +282,7 @@ void MainWindow::tellStructureReport(const QString& act)
     QString text = act;
     if (!costs.isEmpty())
         text += QStringLiteral(": ") + costs.join(QStringLiteral(", "));
-    m_message->setText(text);
+    tellDone(text);
     if (!costs.isEmpty())
         m_document.changes().RenameStep(kit::fromQt(text));
     refreshActions();
@@ -276,10 +302,11 @@ void MainWindow::refreshActions()
     m_undo->setEnabled(changes.CanUndo());
     m_redo->setEnabled(changes.CanRedo());
     m_undo->setText(QStringLiteral("&Annulla ")
-        + plainInMenu(kit::toQt(changes.CanUndo() ? changes.UndoName() : orv::String())));
+        + plainInMenu(shortened(changes.CanUndo() ? changes.UndoName() : orv::String())));
     m_redo->setText(QStringLiteral("&Ripeti ")
-        + plainInMenu(kit::toQt(changes.CanRedo() ? changes.RedoName() : orv::String())));
-    m_save->setEnabled(!m_document.isSaved() || m_document.path().isEmpty());
+        + plainInMenu(shortened(changes.CanRedo() ? changes.RedoName() : orv::String())));
+    m_save->setEnabled(!m_document.isSaved() || m_document.path().isEmpty()
+        || m_identify->hasPendingText());
     m_structure->setEnabled(chosenTable() != nullptr);
     m_table->setEnabled(chosenTable() != nullptr);
     m_form->setEnabled(chosenEntity() != nullptr);

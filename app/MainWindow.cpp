@@ -20,10 +20,12 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QSettings>
+#include <QTextDocument>
 #include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_set>
 
 namespace app {
@@ -32,6 +34,8 @@ namespace {
 
 const QString Caption = QStringLiteral("Tematica");
 constexpr std::size_t MostFindingsShown = 12;
+constexpr int LeastCoordinateDigits = 2;
+constexpr int MostCoordinateDigits = 9;
 
 QString settingsPath()
 {
@@ -58,10 +62,8 @@ MainWindow::MainWindow()
     restoreGeometry(settings.value(QStringLiteral("geometry")).toByteArray());
     restoreState(settings.value(QStringLiteral("state")).toByteArray());
 
-    connect(&m_recovery, &Recovery::failed, this, [this] {
-        m_message->setText(QStringLiteral(
-            "La copia di recupero non può essere scritta: il lavoro non salvato non è protetto."));
-    });
+    connect(&m_recovery, &Recovery::failed, m_unprotected, &QWidget::show);
+    connect(&m_recovery, &Recovery::protectedAgain, m_unprotected, &QWidget::hide);
     connect(&m_document, &Document::opened, this, &MainWindow::onOpened);
     connect(&m_document, &Document::changed, this, &MainWindow::onChanged);
     connect(&m_document, &Document::highlightChanged, this, &MainWindow::refreshMarks);
@@ -75,7 +77,13 @@ MainWindow::MainWindow()
     });
     connect(m_canvas, &MapCanvas::opened, this, &MainWindow::showEntityForm);
     connect(m_canvas, &MapCanvas::cursorMoved, this, [this](double x, double y) {
-        m_coordinates->setText(QStringLiteral("E %1   N %2").arg(x, 0, 'f', 2).arg(y, 0, 'f', 2));
+        // One digit more than a pixel needs: metres with two at the scale of a street, degrees with
+        // six.
+        const double unitsPerPixel = m_canvas->view().unitsPerPixel;
+        const int digits = std::clamp(static_cast<int>(std::ceil(1 - std::log10(unitsPerPixel))),
+            LeastCoordinateDigits, MostCoordinateDigits);
+        m_coordinates->setText(
+            QStringLiteral("E %1   N %2").arg(x, 0, 'f', digits).arg(y, 0, 'f', digits));
     });
     onOpened();
     onChanged();
@@ -128,6 +136,13 @@ bool MainWindow::importFile(const QString& path)
     return true;
 }
 
+/// In the status line, as much of it as there is room for, and the whole in its tip.
+void MainWindow::tellDone(const QString& text)
+{
+    m_message->setText(text);
+    m_message->setToolTip(Qt::convertFromPlainText(text));
+}
+
 void MainWindow::tell(const embedded::Error& error)
 {
     FMessageBox(this, errorText(error), Caption, kit::BoxIcon::Exclamation, kit::BoxButtons::Ok);
@@ -139,14 +154,19 @@ void MainWindow::tellFindings(const embedded::Report& report, const QString& don
     for (const embedded::Finding& finding : report.findings)
         if (finding.severity == embedded::FindingSeverity::Warning)
             lines << findingText(finding);
-    m_message->setText(
-        lines.isEmpty() ? done : done + QStringLiteral(", con %1 avvisi").arg(lines.size()));
-    if (lines.isEmpty())
+    if (lines.isEmpty()) {
+        tellDone(done);
         return;
+    }
     const auto count = static_cast<std::size_t>(lines.size());
+    tellDone(done
+        + (count == 1 ? QStringLiteral(", con un avviso")
+                      : QStringLiteral(", con %1 avvisi").arg(count)));
     if (count > MostFindingsShown) {
         lines = lines.mid(0, MostFindingsShown);
-        lines << QStringLiteral("… e altri %1 avvisi").arg(count - MostFindingsShown);
+        const auto left = count - MostFindingsShown;
+        lines << (left == 1 ? QStringLiteral("… e un altro avviso")
+                            : QStringLiteral("… e altri %1 avvisi").arg(left));
     }
     FMessageBox(
         this, lines.join(QLatin1Char('\n')), done, kit::BoxIcon::Information, kit::BoxButtons::Ok);
@@ -177,7 +197,7 @@ void MainWindow::offerRecovery()
             continue;
         }
         m_recovery.replaces(file);
-        m_message->setText(QStringLiteral("Lavoro recuperato: salvarlo con \"Salva con nome\""));
+        tellDone(QStringLiteral("Lavoro recuperato: salvarlo con \"Salva con nome\""));
     }
 }
 
@@ -192,7 +212,7 @@ bool MainWindow::save()
         tell(saved.error());
         return false;
     }
-    m_message->setText(QStringLiteral("Salvato %1").arg(m_document.title()));
+    tellDone(QStringLiteral("Salvato %1").arg(m_document.title()));
     return true;
 }
 
@@ -214,12 +234,13 @@ bool MainWindow::saveAs()
         saved = m_document.saveAs(*path);
     }
     if (!saved) {
-        tell(saved.error());
+        FMessageBox(this, saveAsErrorText(saved.error()), Caption, kit::BoxIcon::Exclamation,
+            kit::BoxButtons::Ok);
         return false;
     }
     RecentFiles::add(*path);
     refreshRecentFiles();
-    m_message->setText(QStringLiteral("Salvato %1").arg(m_document.title()));
+    tellDone(QStringLiteral("Salvato %1").arg(m_document.title()));
     return true;
 }
 
@@ -279,6 +300,7 @@ void MainWindow::dropEvent(QDropEvent* event)
 void MainWindow::onOpened()
 {
     m_isFirstContent = true;
+    m_unprotected->hide();
 }
 
 void MainWindow::onChanged()
@@ -287,6 +309,8 @@ void MainWindow::onChanged()
     auto content = std::make_shared<embedded::MapContent>(
         embedded::mapContent(library, embedded::visibleThemes(library)));
     const bool fits = m_isFirstContent && !content->layers.empty();
+    if (content->layers.empty())
+        m_isFirstContent = true; // what is drawn next may lie elsewhere
     m_canvas->setContent(std::move(content));
     if (fits) {
         m_isFirstContent = false;

@@ -69,6 +69,7 @@ private:
     void chooseAndOpen();
     void chooseAndImport();
     void tell(const embedded::Error& error);
+    void tellDone(const QString& text);
     void tellFindings(const embedded::Report& report, const QString& done);
     /// Runs an exported dialog function as one step named after the dialog.
     template <typename Run> void runDialog(const QString& step, const Run& run);
@@ -97,6 +98,7 @@ private:
     QLabel* m_coordinates = nullptr;
     QLabel* m_counts = nullptr;
     QLabel* m_message = nullptr;
+    QLabel* m_unprotected = nullptr; // seen while no recovery copy can be written
     bool m_isFirstContent = true; // of the open library: the view is fitted to it
 };
 

@@ -61,7 +61,7 @@ void MapCanvas::setMarks(std::shared_ptr<const embedded::MapContent> marks)
         marks = std::move(none);
     }
     m_marks = std::move(marks);
-    m_marksRenderer.request(m_marks, m_view);
+    request(m_marksRenderer, *m_marks);
 }
 
 void MapCanvas::setTool(MapTool tool)
@@ -107,8 +107,21 @@ bool MapCanvas::isDrawing() const
 void MapCanvas::drawAgain()
 {
     update();
-    m_renderer.request(m_content, m_view);
-    m_marksRenderer.request(m_marks, m_view);
+    request(m_renderer, *m_content);
+    request(m_marksRenderer, *m_marks);
+}
+
+/// With the pixels of the screen, which are finer than the window's on a screen of high resolution.
+void MapCanvas::request(MapRenderer& renderer, const embedded::MapContent& content)
+{
+    m_pixelRatio = devicePixelRatioF();
+    auto drawn = std::make_shared<embedded::MapContent>(content);
+    for (embedded::ThemeLayer& layer : drawn->layers)
+        layer.symbol = layer.symbol.scaled(m_pixelRatio);
+    embedded::MapView view = m_view;
+    view.size = (QSizeF(view.size) * m_pixelRatio).toSize();
+    view.unitsPerPixel /= m_pixelRatio;
+    renderer.request(std::move(drawn), view);
 }
 
 void MapCanvas::drawPicture(QPainter& painter, const Picture& picture) const
@@ -124,7 +137,10 @@ void MapCanvas::drawPicture(QPainter& painter, const Picture& picture) const
 
 void MapCanvas::paintEvent(QPaintEvent*)
 {
+    if (m_pixelRatio != devicePixelRatioF()) // on another screen now
+        QMetaObject::invokeMethod(this, &MapCanvas::drawAgain, Qt::QueuedConnection);
     QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.fillRect(rect(), m_content->background);
     drawPicture(painter, m_picture);
     drawPicture(painter, m_marksPicture);
@@ -232,8 +248,10 @@ void MapCanvas::finishBox(bool adds)
 
 void MapCanvas::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (event->button() != Qt::LeftButton || m_tool != MapTool::Identify)
+    if (event->button() != Qt::LeftButton || m_tool != MapTool::Identify) {
+        mousePressEvent(event); // two quick clicks are two clicks
         return;
+    }
     if (gis::CEnt* entity = entityUnder(event->position()))
         Q_EMIT opened(entity);
 }

@@ -69,6 +69,7 @@ private:
         embedded::MapView view;
     };
     void drawAgain();
+    void request(MapRenderer& renderer, const embedded::MapContent& content);
     void drawPicture(QPainter& painter, const Picture& picture) const;
     [[nodiscard]] gis::CEnt* entityUnder(const QPointF& pixel) const;
     [[nodiscard]] QRectF draggedBox() const;
@@ -77,6 +78,7 @@ private:
     std::shared_ptr<const embedded::MapContent> m_content;
     std::shared_ptr<const embedded::MapContent> m_marks;
     embedded::MapView m_view;
+    double m_pixelRatio = 1; // of the pictures to the widget's pixels
     MapRenderer m_renderer;
     MapRenderer m_marksRenderer;
     Picture m_picture;

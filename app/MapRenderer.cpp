@@ -38,7 +38,11 @@ void MapRenderer::start()
     QThreadPool::globalInstance()->start(
         [self = QPointer<MapRenderer>(this), content = m_wantedContent, view = m_wantedView,
             cancelled = m_cancelled] {
-            QImage image = embedded::renderMap(*content, view, *cancelled);
+            QImage image;
+            try {
+                image = embedded::renderMap(*content, view, *cancelled);
+            } catch (const std::exception&) { // out of memory: the picture before stays
+            }
             QMetaObject::invokeMethod(qApp, [self, image, view] {
                 if (!self)
                     return;

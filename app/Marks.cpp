@@ -18,6 +18,9 @@ struct MarkStyle {
 constexpr MarkStyle FoundStyle { 0xF08C00, 8, 2.6 };
 constexpr MarkStyle SelectedStyle { 0x00B8D4, 8, 3.0 };
 constexpr MarkStyle CurrentStyle { 0xD50000, 12, 4.0 };
+// Behind each mark, so that it is told from symbols of its colour.
+constexpr QRgb HaloColour = 0x202020;
+constexpr double HaloPixels = 3;
 
 void addMarks(const embedded::MapContent& content, const std::vector<gis::CEnt*>& entities,
     const MarkStyle& style, embedded::MapContent& marks)
@@ -36,8 +39,13 @@ void addMarks(const embedded::MapContent& content, const std::vector<gis::CEnt*>
             continue;
         std::sort(only->begin(), only->end());
         embedded::ThemeLayer mark = layer;
-        mark.symbol = { QColor(style.colour), style.pointSizePixels, style.lineWidthPixels };
         mark.only = std::move(only);
+        mark.symbol = { QColor(HaloColour), style.pointSizePixels + HaloPixels,
+            style.lineWidthPixels + HaloPixels };
+        mark.isOutline = true;
+        marks.layers.push_back(mark);
+        mark.isOutline = false;
+        mark.symbol = { QColor(style.colour), style.pointSizePixels, style.lineWidthPixels };
         marks.layers.push_back(std::move(mark));
     }
 }

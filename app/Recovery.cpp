@@ -15,10 +15,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QThreadPool>
 #include <QUuid>
 
+#include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -117,6 +120,7 @@ bool Recovery::holdLock()
 
 std::vector<RecoveryFile> Recovery::leftBehind()
 {
+    sweep();
     std::vector<RecoveryFile> files;
     for (const QFileInfo& info :
         QDir(folder()).entryInfoList({ QLatin1Char('*') + Suffix }, QDir::Files, QDir::Time)) {
@@ -150,7 +154,7 @@ void Recovery::discardReplaced()
 
 void Recovery::forget()
 {
-    m_writtenPosition = 0;
+    m_writtenPosition.reset();
     discardReplaced();
     if (!m_isWriting)
         releaseLock();
@@ -163,7 +167,7 @@ void Recovery::forget()
 /// Another library: its changes are counted anew, and the copy of the one before is of no use.
 void Recovery::onOpened()
 {
-    m_writtenPosition = 0;
+    m_writtenPosition.reset();
     m_isWanted = false;
     if (m_isForgotten)
         *m_isForgotten = true;
@@ -183,11 +187,34 @@ void Recovery::onChanged()
         write();
 }
 
+/// What a program left that ended while it wrote: parts of a copy, and locks and notes without one.
+void Recovery::sweep()
+{
+    const QDir copies(folder());
+    for (const QFileInfo& info : copies.entryInfoList(
+             { QStringLiteral("*.lock") }, QDir::Files | QDir::Hidden)) {
+        const QString copy = info.filePath().chopped(5);
+        if (!QFile::exists(copy) && !isInUse(copy))
+            discard({ copy, {}, {} });
+    }
+    // The names of such parts carry the number of the program that wrote them.
+    static const QRegularExpression part(QStringLiteral("^\\.tematica-(\\d+)-\\d+\\.tmp"));
+    for (const QFileInfo& info :
+        copies.entryInfoList({ QStringLiteral(".tematica-*") }, QDir::Files | QDir::Hidden)) {
+        const auto match = part.match(info.fileName());
+        if (match.hasMatch() && ::kill(match.captured(1).toInt(), 0) != 0 && errno == ESRCH)
+            QFile::remove(info.filePath());
+    }
+}
+
 void Recovery::write()
 {
     m_isWanted = false;
-    std::shared_ptr<gis::CLibGis> copy
-        = embedded::cloneLibrary(*embedded::Library::of(&m_document.library()));
+    std::shared_ptr<gis::CLibGis> copy;
+    try {
+        copy = embedded::cloneLibrary(*embedded::Library::of(&m_document.library()));
+    } catch (const std::bad_alloc&) { // told like a copy that could not be written
+    }
     if (!copy || !holdLock()) {
         tellFailure();
         return;
@@ -200,7 +227,11 @@ void Recovery::write()
             forgotten = m_isForgotten] {
             CIniFile(kit::fromQt(noteOf(target)))
                 .WriteString("Recovery", "OriginalPath", kit::fromQt(original));
-            const bool isWritten = embedded::saveLibraryCopy(*copy, target.toStdString()).ok();
+            bool isWritten = false;
+            try {
+                isWritten = embedded::saveLibraryCopy(*copy, target.toStdString()).ok();
+            } catch (const std::exception&) { // out of memory
+            }
             if (*forgotten)
                 removeCopy(target);
             QMetaObject::invokeMethod(qApp, [self, isWritten] {
@@ -216,12 +247,13 @@ void Recovery::onWritten(bool isWritten)
     if (isWritten && !*m_isForgotten)
         discardReplaced();
     if (!isWritten && !*m_isForgotten) {
-        m_writtenPosition = 0; // the next act tries again
+        m_writtenPosition.reset(); // the next act tries again
         tellFailure();
     }
-    if (isWritten)
-        m_isFailureTold = false;
-    if (m_isWanted)
+    if (isWritten && std::exchange(m_isFailureTold, false))
+        Q_EMIT protectedAgain();
+    // In the middle of an act the library is half changed; the end of the act asks again.
+    if (m_isWanted && !m_document.changes().IsStepOpen())
         write();
     else if (*m_isForgotten)
         releaseLock();

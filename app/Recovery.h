@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace app {
@@ -47,8 +48,11 @@ public:
 Q_SIGNALS:
     /// A copy cannot be written; told once until one is written again.
     void failed();
+    /// A copy was written again after that.
+    void protectedAgain();
 
 private:
+    static void sweep();
     void onOpened();
     void onChanged();
     void tellFailure();
@@ -61,7 +65,7 @@ private:
     Document& m_document;
     const QString m_name; // of the copy, without folder; never given twice
     int m_lock = -1; // an open file that this process has locked
-    std::uint64_t m_writtenPosition = 0; // of the changes, in the copy; 0: none
+    std::optional<std::uint64_t> m_writtenPosition; // of the changes that the copy holds
     std::vector<RecoveryFile> m_replaced;
     bool m_isWriting = false;
     bool m_isWanted = false;

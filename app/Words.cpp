@@ -2,6 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/Words.h"
 
+#include <QStringList>
+
+#include <string_view>
+#include <utility>
+
 namespace app {
 
 namespace {
@@ -29,12 +34,12 @@ QString sentenceOf(ErrorCode code)
     case ErrorCode::EmptyFile:
         return QStringLiteral("Il file \"%1\" è vuoto.");
     case ErrorCode::NotALibrary:
-        return QStringLiteral("\"%1\" non è una libreria GIS né un GeoPackage (%2).");
+        return QStringLiteral("\"%1\" non è una libreria GIS né un GeoPackage%2.");
     case ErrorCode::NewerFormat:
         return QStringLiteral("\"%1\" è stato scritto da una versione più recente di Tematica "
                               "(formato %2): aggiornare il programma.");
     case ErrorCode::DamagedFile:
-        return QStringLiteral("Il file \"%1\" è danneggiato: %2.");
+        return QStringLiteral("Il file \"%1\" è danneggiato: usarne una copia di riserva.");
     case ErrorCode::LockedForWriting:
         return QStringLiteral(
             "\"%1\" è aperto in scrittura da un altro programma: chiuderlo e riprovare.");
@@ -61,7 +66,8 @@ QString sentenceOf(ErrorCode code)
     case ErrorCode::NoDbf:
         return QStringLiteral("Manca il file .dbf che accompagna \"%1\".");
     case ErrorCode::BadDbf:
-        return QStringLiteral("Il file .dbf \"%1\" non è leggibile: %2.");
+        return QStringLiteral("Il file .dbf \"%1\" non è leggibile: la sua intestazione è danneggiata "
+                              "o incompleta.");
     case ErrorCode::UnknownEncoding:
         return QStringLiteral("La codifica dei caratteri \"%1\" non è conosciuta.");
     case ErrorCode::StrictFinding:
@@ -80,9 +86,9 @@ QString sentenceOf(ErrorCode code)
     case ErrorCode::Cancelled:
         return QStringLiteral("Operazione annullata: nulla è stato modificato.");
     case ErrorCode::Internal:
-        return QStringLiteral("Errore interno: %2.");
+        break;
     }
-    return QStringLiteral("Errore interno: %2.");
+    return QStringLiteral("Operazione non riuscita%2: salvare il lavoro e riavviare il programma.");
 }
 
 /// %1 the subject, %2 the detail, %3 the count, %4 the record.
@@ -107,16 +113,16 @@ QString lineOf(FindingCode code)
         return QStringLiteral("%3 righe marcate come cancellate: non sono state importate.");
     case FindingCode::ShapeUnreadable:
         return QStringLiteral(
-            "La forma dell'entità %4 non è leggibile: la sua riga resta senza forma.");
+            "La forma dell'entità %4 non è leggibile: la sua riga resta senza forma%5.");
     case FindingCode::RecordLengthWrong:
         return QStringLiteral(
-            "La lunghezza dell'entità %4 nel file .shp è errata: letta secondo i suoi conteggi.");
+            "La lunghezza dell'entità %4 nel file .shp è errata: letta secondo i suoi conteggi%5.");
     case FindingCode::ShpSizeDisagrees:
         return QStringLiteral("La lunghezza del file .shp non corrisponde al contenuto.");
     case FindingCode::RowCountDisagrees:
         return QStringLiteral("Il file .dbf contiene %3 righe, l'intestazione ne dichiara %2.");
     case FindingCode::ShapeTypeOther:
-        return QStringLiteral("L'entità %4 è di tipo diverso da quello del file.");
+        return QStringLiteral("L'entità %4 è di tipo diverso da quello del file%5.");
     case FindingCode::TextInvalid:
         return QStringLiteral("%3 testi del campo \"%1\" non sono validi nella codifica scelta.");
     case FindingCode::NumberUnreadable:
@@ -162,6 +168,9 @@ QString lineOf(FindingCode code)
         return QStringLiteral("La coordinata %2 non è stata scritta.");
     case FindingCode::CoordinateAdded:
         return QStringLiteral("È stata aggiunta la coordinata %2.");
+    case FindingCode::ShapesNotWritten:
+        return QStringLiteral(
+            "%3 forme hanno coordinate non numeriche: le loro righe sono scritte senza forma.");
     case FindingCode::CellsConverted:
         return QStringLiteral("%3 valori convertiti in %1");
     case FindingCode::CellsUnchanged:
@@ -179,42 +188,147 @@ QString lineOf(FindingCode code)
         return QStringLiteral(
             "%3 forme di \"%1\" non sono gestite: le entità restano senza forma.");
     case FindingCode::FieldLeftOut:
-        return QStringLiteral("Il campo \"%1\" non è stato letto (%2).");
+        return QStringLiteral("Il campo \"%1\" della tabella %2 non è stato letto: contiene dati che "
+                              "non si possono mostrare.");
     case FindingCode::LayerSkipped:
-        return QStringLiteral("Lo strato \"%1\" non è stato letto (%2).");
+        return QStringLiteral("Lo strato \"%1\" non è stato letto%2.");
     }
     return QStringLiteral("%1 %2");
 }
 
-/// All four at once, so that a name that looks like a placeholder stays as it is.
-QString filled(const QString& text, const QString& subject, const QString& detail,
-    const QString& count = {}, const QString& record = {})
+/// The line where one thing only was found; empty where it does not differ.
+QString lineOfOne(FindingCode code)
+{
+    switch (code) {
+    case FindingCode::RowsMissing:
+        return QStringLiteral("Un'entità è senza riga nella tabella: resta senza valori.");
+    case FindingCode::ShapesMissing:
+        return QStringLiteral("Una riga è senza entità: non è stata importata.");
+    case FindingCode::RecordsDeleted:
+        return QStringLiteral("Una riga è marcata come cancellata: non è stata importata.");
+    case FindingCode::RowCountDisagrees:
+        return QStringLiteral("Il file .dbf contiene una riga, l'intestazione ne dichiara %2.");
+    case FindingCode::TextInvalid:
+        return QStringLiteral("Un testo del campo \"%1\" non è valido nella codifica scelta.");
+    case FindingCode::NumberUnreadable:
+        return QStringLiteral("Una cella del campo \"%1\" non è un numero: resta vuota.");
+    case FindingCode::DateUnreadable:
+        return QStringLiteral("Una cella del campo \"%1\" non è una data: resta vuota.");
+    case FindingCode::LogicalUnreadable:
+        return QStringLiteral("Una cella del campo \"%1\" non è Sì o No: resta vuota.");
+    case FindingCode::TimeDropped:
+        return QStringLiteral("L'ora di una data del campo \"%1\" è stata tolta.");
+    case FindingCode::CellsEmptied:
+        return QStringLiteral("1 valore non convertibile in %1");
+    case FindingCode::MeasureDropped:
+        return QStringLiteral("Una misura M non è stata conservata.");
+    case FindingCode::TextCut:
+        return QStringLiteral("Un testo del campo \"%1\" è stato troncato.");
+    case FindingCode::NumberCut:
+        return QStringLiteral("Un numero del campo \"%1\" non entra nella colonna.");
+    case FindingCode::NumberRounded:
+        return QStringLiteral("Un numero del campo \"%1\" è arrotondato alle cifre della colonna.");
+    case FindingCode::DateCut:
+        return QStringLiteral("Una data del campo \"%1\" non è rappresentabile.");
+    case FindingCode::ShapesNotWritten:
+        return QStringLiteral(
+            "Una forma ha coordinate non numeriche: la sua riga è scritta senza forma.");
+    case FindingCode::CellsConverted:
+        return QStringLiteral("1 valore convertito in %1");
+    case FindingCode::CellsUnchanged:
+        return QStringLiteral("1 valore invariato in %1");
+    case FindingCode::RowsTakenOver:
+        return QStringLiteral(
+            "La tabella \"%1\" è stata modificata da un altro programma (una riga).");
+    case FindingCode::GeometryUnsupported:
+        return QStringLiteral("Una forma di \"%1\" non è gestita: l'entità resta senza forma.");
+    default:
+        return {};
+    }
+}
+
+/// The details that are words of ours: what a file seems to be, why a layer was left out. Others
+/// are said by their sentences.
+QString inItalian(const std::string& detail)
+{
+    static const std::pair<std::string_view, const char16_t*> words[] = {
+        { "a shapefile", u"uno shapefile: sceglierne il file .shp" },
+        { "a zip archive", u"un archivio zip" },
+        { "a PDF document", u"un documento PDF" },
+        { "a picture", u"un'immagine" },
+        { "a compressed file", u"un file compresso" },
+        { "an XML document", u"un documento XML" },
+        { "a JSON document", u"un documento JSON" },
+        { "a database, no GeoPackage", u"un altro tipo di database" },
+        { "registered, but not there", u"è registrato, ma manca" },
+        { "no shape column is registered", u"la colonna delle forme non è registrata" },
+        { "removed by another program", u"tolto da un altro programma" },
+        { "added by another program", u"aggiunto da un altro programma: resta nel file" },
+        { "out of memory", u"memoria esaurita" },
+    };
+    for (const auto& [english, italian] : words)
+        if (detail == english)
+            return QStringLiteral(" (") + QString::fromUtf16(italian) + QLatin1Char(')');
+    return {};
+}
+
+bool hasOwnWords(ErrorCode code)
+{
+    return code == ErrorCode::NotALibrary || code == ErrorCode::Internal;
+}
+
+/// From %1 on, all at once, so that a name that looks like a placeholder stays as it is.
+QString filled(const QString& text, const QStringList& parts)
 {
     QString out;
     for (int i = 0; i < text.size(); ++i) {
         const int which
             = text[i] == QLatin1Char('%') && i + 1 < text.size() ? text[i + 1].digitValue() : -1;
-        if (which < 1 || which > 4) {
+        if (which < 1 || which > parts.size()) {
             out += text[i];
             continue;
         }
-        out += which == 1 ? subject : which == 2 ? detail : which == 3 ? count : record;
+        out += parts[which - 1];
         ++i;
     }
     return out;
+}
+
+/// So many more like it, of findings that are told one by one.
+QString others(std::int64_t count)
+{
+    if (count == 1)
+        return QStringLiteral(", e così un'altra");
+    return count > 0 ? QStringLiteral(", e così altre %1").arg(count) : QString();
 }
 
 } // namespace
 
 QString errorText(const embedded::Error& error)
 {
-    return filled(sentenceOf(error.code), utf8(error.subject), utf8(error.detail));
+    return filled(sentenceOf(error.code),
+        { utf8(error.subject), hasOwnWords(error.code) ? inItalian(error.detail) : utf8(error.detail) });
+}
+
+QString saveAsErrorText(const embedded::Error& error)
+{
+    if (error.code != ErrorCode::ReadOnly && error.code != ErrorCode::NoPermission)
+        return errorText(error);
+    return filled(QStringLiteral("Non si hanno i permessi per scrivere \"%1\": scegliere un'altra "
+                                 "cartella o un altro nome."),
+        { utf8(error.subject) });
 }
 
 QString findingText(const embedded::Finding& finding)
 {
-    return filled(lineOf(finding.code), utf8(finding.subject), utf8(finding.detail),
-        QString::number(finding.count), QString::number(finding.record));
+    QString line = finding.count == 1 ? lineOfOne(finding.code) : QString();
+    if (line.isEmpty())
+        line = lineOf(finding.code);
+    const bool isReason = finding.code == FindingCode::LayerSkipped;
+    return filled(line,
+        { utf8(finding.subject), isReason ? inItalian(finding.detail) : utf8(finding.detail),
+            QString::number(finding.count), QString::number(finding.record),
+            others(finding.count) });
 }
 
 } // namespace app

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
 #include "app/MainWindow.h"
+#include "kit/MessageBox.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -9,9 +10,32 @@
 #include <QTimer>
 #include <QTranslator>
 
+namespace {
+
+/// What no slot handled (memory that is not there) must not end the program: the work goes on as it
+/// was.
+class Application final : public QApplication {
+public:
+    using QApplication::QApplication;
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const std::exception&) {
+            FMessageBox(activeWindow(),
+                QStringLiteral("Operazione non riuscita: memoria insufficiente.\n"
+                               "Chiudere altri programmi o salvare il lavoro e riavviare."),
+                QStringLiteral("Tematica"), kit::BoxIcon::Exclamation, kit::BoxButtons::Ok);
+            return true;
+        }
+    }
+};
+
+} // namespace
+
 int main(int argc, char** argv)
 {
-    QApplication application(argc, argv);
+    Application application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tematica"));
     // The windows are Italian, and so are their numbers (1.234), whatever the system's language.
     QLocale::setDefault(QLocale(QLocale::Italian, QLocale::Italy));
@@ -37,5 +61,5 @@ int main(int argc, char** argv)
         for (const QString& path : parser.positionalArguments())
             window.openFile(path);
     });
-    return QApplication::exec();
+    return Application::exec();
 }

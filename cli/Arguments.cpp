@@ -54,6 +54,19 @@ CLI::Validator namedPath()
         [](std::string& text) { return text.empty() ? "an empty path" : std::string(); }, "");
 }
 
+CLI::Validator pngPath()
+{
+    return CLI::Validator(
+        [](std::string& text) {
+            const bool isPng = text.size() > 4
+                && orv::CompareIgnoreAsciiCase(std::string_view(text).substr(text.size() - 4), ".png")
+                    == 0;
+            return isPng ? std::string()
+                         : "'" + text + "' is no name of a picture: only .png is written";
+        },
+        "");
+}
+
 /// A whole number from 0.
 CLI::Validator wholeFromZero()
 {
@@ -61,7 +74,13 @@ CLI::Validator wholeFromZero()
         [](std::string& text) {
             const bool isNumber
                 = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-            return isNumber ? std::string() : "'" + text + "' is no number of rows: give 0 or more";
+            if (!isNumber)
+                return "'" + text + "' is no number of rows: give 0 or more";
+            constexpr std::size_t DigitsOfAllRows = 9;
+            const std::size_t zeros = std::min(text.find_first_not_of('0'), text.size() - 1);
+            if (text.size() - zeros > DigitsOfAllRows)
+                text = "2147483647"; // more than there can be: all
+            return std::string();
         },
         "");
 }
@@ -136,7 +155,10 @@ void describeImport(CLI::App& app, ImportArguments& arguments)
         ->required()
         ->check(namedPath());
     app.add_option(
-        "--encoding", arguments.encoding, "encoding of the texts, whatever the files say");
+           "--encoding", arguments.encoding, "encoding of the texts, whatever the files say")
+        ->check(CLI::Validator(
+            [](std::string& text) { return text.empty() ? "an empty encoding" : std::string(); },
+            ""));
     app.add_option("--point-name", arguments.pointName, "make points, named by this field");
     app.add_option(
         "--point-description", arguments.pointDescription, "make points, described by this field");
@@ -186,7 +208,8 @@ constexpr double LargestPictureSide = 20000; // 1.6 GB of pixels
 std::string readSize(const std::string& text, RenderArguments& arguments)
 {
     std::array<double, 2> sides {};
-    if (!splitNumbers(text, 'x', sides) || sides[0] < 1 || sides[1] < 1
+    const bool isWhole = text.find_first_not_of("0123456789x") == std::string::npos;
+    if (!isWhole || !splitNumbers(text, 'x', sides) || sides[0] < 1 || sides[1] < 1
         || sides[0] > LargestPictureSide || sides[1] > LargestPictureSide)
         return "'" + text + "' is no size: give pixels as 1600x1000, at most 20000 each";
     arguments.width = static_cast<int>(sides[0]);
@@ -210,7 +233,8 @@ void describeRender(CLI::App& app, RenderArguments& arguments)
         ->check(namedPath());
     app.add_option("--output", arguments.output, "picture to write (.png)")
         ->required()
-        ->check(namedPath());
+        ->check(namedPath())
+        ->check(pngPath());
     app.add_option(
            "--theme", arguments.themes, "theme to draw, any number of times; else the visible ones")
         ->expected(1)
@@ -288,7 +312,11 @@ Arguments parseArguments(std::vector<std::string> words)
         app.parse(words);
     } catch (const CLI::Success& success) {
         app.exit(success, std::cout, std::cerr);
-        return Ended { Done };
+        std::cout.flush();
+        if (std::cout)
+            return Ended { Done };
+        tell("standard output: could not be written");
+        return Ended { Failed };
     } catch (const CLI::ParseError& error) {
         return wrongUsage(error);
     }

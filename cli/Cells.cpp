@@ -56,7 +56,7 @@ std::string isoDate(std::int64_t moment)
 
 OutputColumn columnOf(gis::CLibGis& library, gis::CField* field)
 {
-    OutputColumn column { library.GetFieldName(field).Bytes(), library.GetFieldFormat(field), 0 };
+    OutputColumn column { validText(library.GetFieldName(field).View()), library.GetFieldFormat(field), 0 };
     if (column.format == gis::FieldFormat::Decimal) {
         std::array<orv::CPolyValue, gis::ConstraintCount> constraints;
         library.GetFieldConstraints(field, constraints.data());
@@ -67,6 +67,8 @@ OutputColumn columnOf(gis::CLibGis& library, gis::CField* field)
 
 std::string shownText(const orv::CPolyValue& value, const OutputColumn& column)
 {
+    if (value.GetType() == orv::PolyString)
+        return validText(value.TextView());
     if (value.GetType() != orv::PolyDouble)
         return value.GetStringValue().Bytes();
     std::string text;
@@ -120,6 +122,31 @@ void appendJsonText(std::string& out, std::string_view text)
 void appendJsonNumber(std::string& out, double value)
 {
     out += std::isfinite(value) ? orv::ShortestText(value) : "null";
+}
+
+std::string validText(std::string_view text)
+{
+    if (std::all_of(
+            text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+        return std::string(text);
+    std::string valid;
+    for (std::size_t position = 0; position < text.size();) {
+        const std::size_t start = position;
+        if (nextCharacter(text, position) == 0xFFFD)
+            valid += "\xEF\xBF\xBD";
+        else
+            valid += text.substr(start, position - start);
+    }
+    return valid;
+}
+
+std::string plainText(std::string_view text)
+{
+    std::string plain = validText(text);
+    std::replace_if(
+        plain.begin(), plain.end(),
+        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
+    return plain;
 }
 
 int terminalWidth(std::string_view text)

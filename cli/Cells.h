@@ -32,6 +32,12 @@ void appendJsonText(std::string& out, std::string_view text);
 /// Appends a number as JSON has it (null for NaN and infinities).
 void appendJsonNumber(std::string& out, double value);
 
+/// A text for a line of output: control characters (names hold anything) as blanks, bytes that are
+/// no UTF-8 as U+FFFD.
+[[nodiscard]] std::string plainText(std::string_view text);
+/// Bytes that are no UTF-8 as U+FFFD, everything else as it is.
+[[nodiscard]] std::string validText(std::string_view text);
+
 /// Cells that a text takes on a terminal: two for wide letters, none for marks that combine.
 [[nodiscard]] int terminalWidth(std::string_view text);
 

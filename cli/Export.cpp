@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/Messages.h"
 #include "cli/Output.h"
+#include "cli/Paths.h"
 #include "cli/Progress.h"
 #include "cli/ReportFile.h"
 #include "cli/Source.h"
@@ -73,7 +74,11 @@ bool exportTheme(gis::CTheme& theme, const std::string& folder, const ExportArgu
     const auto result
         = embedded::exportShapefile(theme, folder, arguments.options, errorFlags, report);
     tellWarnings(report, theme.name.Bytes());
-    const std::string failure = result ? std::string() : sentence(result.error());
+    std::string failure;
+    if (!result)
+        failure = result.error().code == ErrorCode::Cancelled
+            ? theme.name.Bytes() + ": stopped; this theme was not written"
+            : sentence(result.error());
     reportFile.add(theme.name.Bytes(), path + ".shp", report, failure);
     if (!result)
         tell(failure);
@@ -95,6 +100,13 @@ int runExport(const ExportArguments& arguments)
     if (!themes)
         return fail(themes.error());
     const std::string folder = std::filesystem::absolute(arguments.folder).lexically_normal();
+    if (arguments.report
+        && (isPartOf(*arguments.report, arguments.file)
+            || isShapefilePartIn(*arguments.report, folder))) {
+        tell(*arguments.report
+            + ": the report would take the place of a file of the export; choose another name");
+        return WrongUsage;
+    }
     if (std::error_code ignored; !std::filesystem::is_directory(folder, ignored))
         return fail({ ErrorCode::FolderNotFound, arguments.folder, "" });
     if (isInTheWay(themes.value(), folder, arguments))
@@ -105,10 +117,12 @@ int runExport(const ExportArguments& arguments)
     Output output;
     bool isAllWritten = true;
     for (gis::CTheme* theme : themes.value()) {
-        if (!exportTheme(*theme, folder, arguments, reportFile, output))
+        if (wasInterrupted()) { // also between two themes: what is left must not be missed
+            tell(theme->name.Bytes() + ": stopped; this theme was not written");
             isAllWritten = false;
-        if (wasInterrupted())
-            break;
+        } else if (!exportTheme(*theme, folder, arguments, reportFile, output)) {
+            isAllWritten = false;
+        }
     }
     embedded::Library::of(&lib)->setProgress(nullptr);
     const int exitCode

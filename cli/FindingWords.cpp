@@ -76,6 +76,8 @@ std::string_view word(embedded::FindingCode code)
         return "coordinate-dropped";
     case FindingCode::CoordinateAdded:
         return "coordinate-added";
+    case FindingCode::ShapesNotWritten:
+        return "shapes-not-written";
     case FindingCode::CellsConverted:
         return "cells-converted";
     case FindingCode::CellsUnchanged:

@@ -7,6 +7,8 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
+
 namespace cli {
 
 namespace {
@@ -72,7 +74,7 @@ private:
         appendJsonNumber(out, vertex[0]);
         out += ',';
         appendJsonNumber(out, vertex[1]);
-        if (m_entities.hasZ()) {
+        if (m_entities.hasZ() && std::isfinite(vertex[2])) {
             out += ',';
             appendJsonNumber(out, vertex[2]);
         }
@@ -120,10 +122,22 @@ private:
         out += count == 1 ? "}" : "]}";
     }
 
+    /// A position is two numbers at least: a shape without them has no geometry here.
+    [[nodiscard]] bool isFinite(int entity) const
+    {
+        for (int p = 0; p < m_entities.partCount(entity); ++p) {
+            const PartView part = m_entities.part(entity, p);
+            for (int i = 0; i < part.count; ++i)
+                if (!std::isfinite(part.x(i)) || !std::isfinite(part.y(i)))
+                    return false;
+        }
+        return true;
+    }
+
     void appendGeometry(std::string& out, int entity) const
     {
         const int partCount = m_entities.partCount(entity);
-        if (partCount == 0) {
+        if (partCount == 0 || !isFinite(entity)) {
             out += "null";
         } else if (m_theme.type == gis::EntType::Polygons) {
             appendPolygons(out, entity);

@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+#include "cli/Cells.h"
 #include "cli/Commands.h"
 #include "cli/Messages.h"
 #include "cli/Output.h"
+#include "cli/Paths.h"
 #include "cli/Progress.h"
 #include "cli/RenamingMerger.h"
 #include "cli/ReportFile.h"
@@ -112,6 +114,21 @@ Result<void> writeReport(const ImportArguments& arguments, const std::string& th
     return file.write(*arguments.report);
 }
 
+/// Files that would take each other's place; empty when all are apart.
+std::string problemOfPaths(const ImportArguments& arguments)
+{
+    if (isShapefilePath(arguments.into))
+        return arguments.into + ": a library is no shapefile; give --into a name that ends in .gpkg";
+    if (isPartOf(arguments.into, arguments.file))
+        return arguments.into + ": the library would take the place of the file that is imported";
+    if (arguments.report
+        && (isPartOf(*arguments.report, arguments.file)
+            || isSamePath(*arguments.report, arguments.into)))
+        return *arguments.report
+            + ": the report would take the place of a file of the import; choose another name";
+    return {};
+}
+
 int refuse(const ImportArguments& arguments, const embedded::Report& report, const Error& error)
 {
     const auto written = writeReport(arguments, {}, report, sentence(error));
@@ -123,8 +140,8 @@ int refuse(const ImportArguments& arguments, const embedded::Report& report, con
 int write(gis::CLibGis& library, const embedded::ShapefileImportResult& imported)
 {
     Output output;
-    output.write("table " + library.GetTableName(imported.table).Bytes() + "\n");
-    output.write("theme " + library.GetThemeName(imported.theme).Bytes() + "\n");
+    output.write("table " + plainText(library.GetTableName(imported.table).View()) + "\n");
+    output.write("theme " + plainText(library.GetThemeName(imported.theme).View()) + "\n");
     return output.finish();
 }
 
@@ -132,14 +149,18 @@ int write(gis::CLibGis& library, const embedded::ShapefileImportResult& imported
 
 int runImport(const ImportArguments& arguments)
 {
+    if (const std::string problem = problemOfPaths(arguments); !problem.empty()) {
+        tell(problem);
+        return WrongUsage;
+    }
     TerminalProgress progress("import");
     auto library = openForWriting(arguments.into);
     if (!library)
-        return fail(library.error());
+        return refuse(arguments, {}, library.error());
     gis::CLibGis& lib = *library.value();
     const auto points = pointOptions(arguments);
     if (!points)
-        return fail(points.error());
+        return refuse(arguments, {}, points.error());
 
     embedded::Library::of(&lib)->setProgress(&progress);
     // The library's own report: what a merge empties is told there too.

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
 #include "cli/Cells.h"
+#include "cli/Cells.h"
 #include "cli/Commands.h"
 #include "cli/Output.h"
 #include "cli/Source.h"
@@ -104,7 +105,7 @@ Json describe(gis::CLibGis& library)
 
 std::string word(const Json& object, const char* key)
 {
-    return object.at(key).get<std::string>();
+    return plainText(object.at(key).get<std::string>());
 }
 
 /// The same facts for people.

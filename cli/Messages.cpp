@@ -17,7 +17,7 @@ const char* pattern(ErrorCode code)
     case ErrorCode::FileNotFound:
         return "{subject}: there is no such file";
     case ErrorCode::NotAFile:
-        return "{subject}: this is a folder, not a file";
+        return "{subject}: this is a folder or a device, not a file";
     case ErrorCode::NoPermission:
         return "{subject}: not permitted to read this";
     case ErrorCode::ReadFailed:
@@ -93,7 +93,7 @@ const char* pattern(FindingCode code)
         return "the .shx file does not fit the .shp{detail}; the shapes were found in the .shp "
                "itself";
     case FindingCode::RowsMissing:
-        return "{count} shapes have no record in the .dbf; kept without values";
+        return "{count} shapes have no record in the .dbf{detail}; kept without values";
     case FindingCode::ShapesMissing:
         return "{count} records of the .dbf have no shape in the .shp; left out";
     case FindingCode::RecordsDeleted:
@@ -102,14 +102,15 @@ const char* pattern(FindingCode code)
         return "record {record}: the shape cannot be read{detail}; its row is kept without a "
                "shape{more}";
     case FindingCode::RecordLengthWrong:
-        return "record {record}: its length is given wrongly; the shape was read by its own counts";
+        return "record {record}: its length is given wrongly; the shape was read by its own "
+               "counts{more}";
     case FindingCode::ShpSizeDisagrees:
         return "the .shp file's size is not what its header says{detail}";
     case FindingCode::RowCountDisagrees:
         return "the .dbf holds {count} whole records, its header says otherwise{detail}";
     case FindingCode::ShapeTypeOther:
         return "record {record}: a shape of another type than the file's; its row is kept without "
-               "a shape";
+               "a shape{more}";
     case FindingCode::TextInvalid:
         return "field {subject}: {count} texts hold bytes that are invalid in the encoding";
     case FindingCode::NumberUnreadable:
@@ -156,6 +157,9 @@ const char* pattern(FindingCode code)
         return "the {detail} coordinate was dropped";
     case FindingCode::CoordinateAdded:
         return "a {detail} coordinate of 0 was added";
+    case FindingCode::ShapesNotWritten:
+        return "{count} shapes hold coordinates that are no numbers; their records are written without "
+               "a shape";
     case FindingCode::CellsConverted:
         return "field {subject}: {count} values were converted";
     case FindingCode::CellsUnchanged:

@@ -11,15 +11,15 @@ namespace cli {
 namespace {
 
 // What a signal handler may touch, and the terminal's one line.
-volatile std::sig_atomic_t interrupted = 0;
+volatile std::sig_atomic_t interrupted = 0; // the signal that came
 bool isLineShown = false;
 int depth = 0; // a file is read within a longer work
 
 constexpr auto QuietTime = std::chrono::milliseconds(300);
 
-extern "C" void onInterrupt(int)
+extern "C" void onInterrupt(int signal)
 {
-    interrupted = 1;
+    interrupted = signal;
 }
 
 void setHandler(void (*handler)(int), int flags)
@@ -40,7 +40,7 @@ TerminalProgress::TerminalProgress(const char* what)
     , m_start(std::chrono::steady_clock::now())
 {
     if (depth++ == 0)
-        setHandler(onInterrupt, static_cast<int>(SA_RESETHAND));
+        setHandler(onInterrupt, 0); // however often: what was begun is taken back first
 }
 
 TerminalProgress::~TerminalProgress()
@@ -69,7 +69,7 @@ void endByInterrupt()
     if (interrupted == 0)
         return;
     setHandler(SIG_DFL, 0);
-    std::raise(SIGINT);
+    std::raise(interrupted);
 }
 
 void clearProgressLine()

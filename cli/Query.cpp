@@ -7,6 +7,7 @@
 #include "embedded/model/EntityStore.h"
 
 #include "query/execution/FilterNames.h"
+#include "query/execution/Readings.h"
 #include "query/language/FilterParser.h"
 
 #include "tematica/QueryExecute.h"
@@ -116,6 +117,18 @@ void tellFilterWarnings(std::string_view text, const query::ParseOutcome& filter
                 name.isFunction ? "function" : "field", name.name.Bytes()));
 }
 
+/// Where the filter goes wrong, and at which word.
+void tellRefusal(const query::ParseOutcome& filter)
+{
+    const std::string place = filter.errorPosition > 0
+        ? fmt::format("the filter is refused at position {}", filter.errorPosition)
+        : "the filter is refused";
+    if (filter.unexpectedToken.empty())
+        tell(place + ", where it ends too early; see docs/filter-language.md");
+    else
+        tell(fmt::format("{}, at {}; see docs/filter-language.md", place, filter.unexpectedToken));
+}
+
 } // namespace
 
 int runQuery(const QueryArguments& arguments)
@@ -134,15 +147,21 @@ int runQuery(const QueryArguments& arguments)
         return fail(positions.error());
 
     CQueryExecute execution(&lib, theme.value());
+    const auto filter = query::parseFilter(arguments.filter, query::ErrorReport::Silent);
     if (!execution.SetQueryFilter(orv::String(arguments.filter))) {
-        tell("the filter is refused");
+        tellRefusal(filter);
         return FilterRefused;
     }
-    const auto filter = query::parseFilter(arguments.filter, query::ErrorReport::Silent);
     if (filter.root)
         tellFilterWarnings(arguments.filter, filter, lib, theme.value());
     std::vector<gis::CEnt*> found;
     execution.Execute(found);
+    // A damaged page of the file must not pass for cells without a value.
+    if (!arguments.isCountOnly)
+        for (const int position : positions.value())
+            static_cast<void>(query::isReadable(lib, table, position));
+    if (const embedded::Error* failed = failedRead(lib))
+        return fail(*failed);
     if (!arguments.isCountOnly)
         return writeRows(lib, theme.value(), found, positions.value(), arguments);
     Output output;

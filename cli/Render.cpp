@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/Messages.h"
 #include "cli/Output.h"
+#include "cli/Paths.h"
 #include "cli/Source.h"
 
 #include "embedded/drawing/RenderFile.h"
@@ -35,6 +36,10 @@ decltype(&tematicaRenderFile) findRenderer()
 
 int runRender(const RenderArguments& arguments)
 {
+    if (isPartOf(arguments.output, arguments.file)) {
+        tell(arguments.output + ": the picture would take the place of the file that is drawn");
+        return WrongUsage;
+    }
     const auto renderer = findRenderer();
     if (!renderer) {
         tell("render: libtematica-host-drawing.so is not installed beside the host library, so no "
@@ -42,17 +47,15 @@ int runRender(const RenderArguments& arguments)
         return Failed;
     }
     const auto library = openForReading(arguments.file);
-    if (!library) {
-        tell(sentence(library.error()));
-        return Failed;
-    }
+    if (!library)
+        return fail(library.error());
+    if (library.value()->GetNumThemes() == 0)
+        return fail({ embedded::ErrorCode::NoThemes, arguments.file, "" });
     std::vector<gis::CTheme*> themes;
     for (const std::string& name : arguments.themes) {
         const auto theme = chooseTheme(*library.value(), arguments.file, name);
-        if (!theme) {
-            tell(sentence(theme.error()));
-            return Failed;
-        }
+        if (!theme)
+            return fail(theme.error());
         themes.push_back(theme.value());
     }
     TematicaRenderRequest request;

@@ -8,7 +8,10 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace cli {
 
@@ -24,6 +27,13 @@ Json findingJson(const embedded::Finding& finding)
         { "count", finding.count } };
     json["record"] = finding.record > 0 ? Json(finding.record) : Json(nullptr);
     return json;
+}
+
+mode_t currentUmask()
+{
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return mask;
 }
 
 } // namespace
@@ -52,14 +62,19 @@ embedded::Result<void> ReportFile::write(const std::string& path) const
     const std::string text
         = Json { { "themes", *m_themes } }.dump(2, ' ', false, Json::error_handler_t::replace)
         + "\n";
-    const std::string temporary = path + ".part";
-    std::FILE* file = std::fopen(temporary.c_str(), "wb");
+    // A passing name of its own beside the file: nothing of the user's has it.
+    std::string temporary = path + ".XXXXXX";
+    const int descriptor = ::mkstemp(temporary.data());
+    if (descriptor >= 0)
+        static_cast<void>(::fchmod(descriptor, 0666 & ~currentUmask()));
+    std::FILE* file = descriptor >= 0 ? ::fdopen(descriptor, "wb") : nullptr;
     const bool isWritten = file && std::fwrite(text.data(), 1, text.size(), file) == text.size();
     const bool isClosed = file && std::fclose(file) == 0;
     if (isWritten && isClosed && std::rename(temporary.c_str(), path.c_str()) == 0)
         return {};
     const std::string reason = std::generic_category().message(errno);
-    std::remove(temporary.c_str());
+    if (descriptor >= 0)
+        std::remove(temporary.c_str());
     return embedded::Error { embedded::ErrorCode::WriteFailed, path, reason };
 }
 

@@ -44,6 +44,12 @@ Result<std::unique_ptr<gis::CLibGis>> readShapefile(
 
 } // namespace
 
+const Error* failedRead(gis::CLibGis& library)
+{
+    const embedded::IStore* store = embedded::Library::of(&library)->store();
+    return store ? store->failedRead() : nullptr;
+}
+
 bool isShapefilePath(const std::string& path)
 {
     return path.size() >= 4

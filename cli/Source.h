@@ -27,6 +27,9 @@ namespace cli {
 [[nodiscard]] embedded::Result<int> findField(
     gis::CLibGis& library, gis::CDBTable* table, const std::string& name);
 
+/// Why a column that was asked for could not be read; null while all could.
+[[nodiscard]] const embedded::Error* failedRead(gis::CLibGis& library);
+
 /// True for a path that ends in .shp, whatever its case.
 [[nodiscard]] bool isShapefilePath(const std::string& path);
 

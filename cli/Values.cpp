@@ -73,6 +73,8 @@ int runValues(const ValuesArguments& arguments)
     auto distinct = query::distinctValues(lib, theme.value(), field.value());
     if (!distinct)
         return fail({ embedded::ErrorCode::UnknownField, arguments.field, "" });
+    if (const embedded::Error* failed = failedRead(lib))
+        return fail(*failed);
     return write(
         std::move(*distinct), columnOf(lib, lib.GetField(table, field.value())), arguments.format);
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "kit/Form.h"
 
+#include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
@@ -11,8 +12,8 @@ namespace kit {
 
 namespace {
 
-/// Return on the button that has the focus presses it, as users expect; with auto-default off the
-/// dialog would press its default button instead.
+constexpr int LeastComboLetters = 8;
+
 class CReturnPresses final : public QObject {
 public:
     using QObject::QObject;
@@ -59,6 +60,12 @@ QString controlName(int id)
     return QStringLiteral("id%1").arg(id);
 }
 
+void pressWithReturn(QPushButton& button)
+{
+    button.setAutoDefault(false);
+    button.installEventFilter(new CReturnPresses(&button));
+}
+
 void preparePage(QWidget& page, const char* className)
 {
     page.setObjectName(QLatin1String(className));
@@ -68,9 +75,13 @@ void preparePage(QWidget& page, const char* className)
             buddy->setAccessibleName(plainLabel(label->text()));
     }
     for (QPushButton* button : page.findChildren<QPushButton*>()) {
-        button->setAutoDefault(false);
         button->setDefault(false);
-        button->installEventFilter(new CReturnPresses(button));
+        pressWithReturn(*button);
+    }
+    // A long name in a list must not make the window wider than the screen.
+    for (QComboBox* combo : page.findChildren<QComboBox*>()) {
+        combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        combo->setMinimumContentsLength(LeastComboLetters);
     }
 }
 

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QWidget>
 
+class QPushButton;
+
 namespace kit {
 
 inline constexpr int IdOk = 1;
@@ -33,6 +35,10 @@ void prepareDialog(
 
 /// The same for a page, which has neither size nor default of its own.
 void preparePage(QWidget& page, const char* className);
+
+/// Return on the button, when it has the focus, presses it, as users expect; with auto-default off
+/// the dialog would press its default button instead.
+void pressWithReturn(QPushButton& button);
 
 /// Puts a control that is made at run time where the form has its placeholder, which is hidden.
 void placeOver(QWidget* placeholder, QWidget* control);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "kit/MessageBox.h"
 
+#include "kit/Form.h"
 #include "kit/ModalRun.h"
 #include "kit/texts/TextLoader.h"
 
@@ -99,7 +100,7 @@ Answer FMessageBox(QWidget* parent, const QString& text, const QString& caption,
     for (const auto& entry : buttonsOf(buttons)) {
         QPushButton* button = box.addButton(entry.button);
         button->setText(entry.text);
-        button->setAutoDefault(false);
+        kit::pressWithReturn(*button);
         if (isFirst)
             box.setDefaultButton(button);
         isFirst = false;

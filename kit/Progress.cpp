@@ -43,7 +43,9 @@ Progress::~Progress()
 
 void Progress::show()
 {
-    QWidget* owner = m_parent ? m_parent->window() : QApplication::activeWindow();
+    // A dialog that is filled before it is shown has no place yet.
+    QWidget* owner = m_parent && m_parent->window()->isVisible() ? m_parent->window()
+                                                                 : QApplication::activeWindow();
     m_pause.emplace();
     m_dialog
         = m_kind == ProgressKind::Stoppable ? new QProgressDialog(owner) : new CFirmProgress(owner);
@@ -75,19 +77,20 @@ bool Progress::isToStop() const
 
 bool Progress::advance(double fraction)
 {
-    if (m_isCancelled || !qobject_cast<QApplication*>(QCoreApplication::instance()))
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
         return !m_isCancelled;
     const auto now = std::chrono::steady_clock::now();
     if (now - m_lastEvents < EventsEvery)
-        return true;
+        return !m_isCancelled;
     if (!m_dialog) {
-        if (now - m_start < std::chrono::milliseconds(ProgressAfterMs))
-            return true;
+        // Gone with its window, or not yet to be shown.
+        if (m_pause || now - m_start < std::chrono::milliseconds(ProgressAfterMs))
+            return !m_isCancelled;
         show();
     }
     m_dialog->setValue(static_cast<int>(fraction * ProgressSteps));
     QCoreApplication::processEvents();
-    m_isCancelled = isToStop();
+    m_isCancelled = m_isCancelled || isToStop();
     m_lastEvents = std::chrono::steady_clock::now();
     return !m_isCancelled;
 }

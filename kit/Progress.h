@@ -42,7 +42,7 @@ private:
     void show();
     [[nodiscard]] bool isToStop() const;
 
-    QWidget* m_parent;
+    QPointer<QWidget> m_parent;
     QString m_label;
     ProgressKind m_kind;
     std::chrono::steady_clock::time_point m_start;

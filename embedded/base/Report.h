@@ -8,6 +8,8 @@
 
 namespace embedded {
 
+struct Error;
+
 /// What an import, an export or a structure change has to say about the data. A finding never stops
 /// the work by itself.
 enum class FindingCode {
@@ -49,6 +51,7 @@ enum class FindingCode {
     ReferenceSystemMissing,
     CoordinateDropped, // detail: "Z" or "M"
     CoordinateAdded, // detail: "Z" or "M"
+    ShapesNotWritten, // count: shapes with coordinates that are no numbers (row kept, no shape)
     // structure
     CellsConverted, // subject: field; count
     CellsUnchanged, // subject: field; count
@@ -95,6 +98,9 @@ public:
     virtual bool advance(double fraction) = 0;
     /// The work that was told of has ended, well or not; called where it is part of a longer whole.
     virtual void finish() { }
+    /// Why work could not be done whose dialog has no words for it (a structure whose cells cannot
+    /// be read); called on the library's thread, after `finish`.
+    virtual void failed(const Error& /*error*/) { }
 
 protected:
     ~IProgress() = default;

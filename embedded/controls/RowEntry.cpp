@@ -8,6 +8,8 @@
 #include "host/base/Dates.h"
 #include "host/base/Numbers.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -80,9 +82,13 @@ bool RowEntry::isInside(double value) const
         && (!isSet(m_constraints[2]) || value <= m_constraints[2].GetDoubleValue());
 }
 
-// A whole text that is a number, with a point or, as one writes by hand, a comma.
+// A whole text that is a number, with a point or, as one writes by hand, a comma. Of a whole number
+// only digits: "3.000" is three thousand to who writes it, and must not become 3.
 std::optional<orv::CPolyValue> RowEntry::numberOf(const QString& text) const
 {
+    static const QRegularExpression digits(QStringLiteral("^\\s*[+-]?[0-9]+\\s*$"));
+    if (m_format == gis::FieldFormat::Integer && !digits.match(text).hasMatch())
+        return std::nullopt;
     const double number = DoubleDaString(text.toStdString());
     if (number >= LeastUndefined || !std::isfinite(number) || !isInside(number))
         return std::nullopt;

@@ -25,6 +25,10 @@ struct SimpleSymbol {
     QColor colour;
     double pointSizePixels = 5;
     double lineWidthPixels = 1.2;
+    [[nodiscard]] SimpleSymbol scaled(double factor) const
+    {
+        return { colour, pointSizePixels * factor, lineWidthPixels * factor };
+    }
 };
 
 /// A theme as it is drawn: a snapshot that another thread may read.
@@ -41,6 +45,7 @@ struct ThemeLayer {
     }
     std::shared_ptr<const std::vector<int>>
         only; // ascending indexes of the entities to draw; null: all
+    bool isOutline = false; // polygons are not filled
 };
 
 /// Everything a picture of the map needs, taken on the library's thread and drawn on any.

@@ -21,7 +21,7 @@ Box MapView::box() const
     return { centreX - halfWidth, centreY - halfHeight, centreX + halfWidth, centreY + halfHeight };
 }
 
-MapView MapView::fitted(const Box& box, QSize size)
+MapView MapView::fitted(const Box& box, QSize size, double margin)
 {
     MapView view;
     view.size = size;
@@ -29,10 +29,9 @@ MapView MapView::fitted(const Box& box, QSize size)
         return view;
     view.centreX = box.minX + (box.maxX - box.minX) * 0.5;
     view.centreY = box.minY + (box.maxY - box.minY) * 0.5;
-    const double margin = 1.08; // 4 % on each side
     const double scale = std::max((box.maxX - box.minX) / std::max(1, size.width()),
                              (box.maxY - box.minY) / std::max(1, size.height()))
-        * margin;
+        * (1 + 2 * margin);
     if (scale > 0 && std::isfinite(scale))
         view.unitsPerPixel = std::clamp(scale, SmallestUnitsPerPixel, LargestUnitsPerPixel);
     return view;

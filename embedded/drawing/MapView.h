@@ -28,9 +28,9 @@ struct MapView {
             centreY - (pixel.y() - size.height() * 0.5) * unitsPerPixel };
     }
     [[nodiscard]] Box box() const;
-    /// The view that shows a box whole with a margin of 4 %; a box without extent gets one unit a
-    /// pixel.
-    [[nodiscard]] static MapView fitted(const Box& box, QSize size);
+    /// The view that shows a box whole, with a margin on each side as a fraction of the box; a box
+    /// without extent gets one unit a pixel.
+    [[nodiscard]] static MapView fitted(const Box& box, QSize size, double margin = 0.04);
     /// Zoomed by a factor (above 1: closer) while the point under `pixel` stays.
     [[nodiscard]] MapView zoomed(double factor, const QPointF& pixel) const;
     friend bool operator==(const MapView&, const MapView&) = default;

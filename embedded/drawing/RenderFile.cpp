@@ -8,7 +8,7 @@
 #include <QGuiApplication>
 #include <QSaveFile>
 
-#include <cstdlib>
+#include <cstdio>
 #include <optional>
 
 namespace {
@@ -20,14 +20,40 @@ public:
     {
         if (QCoreApplication::instance())
             return;
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        m_hadPlatform = qEnvironmentVariableIsSet(PlatformVariable);
+        m_platform = qgetenv(PlatformVariable);
+        qputenv(PlatformVariable, "offscreen");
         // Qt's remarks about the desktop (no runtime folder, no fonts folder) are not for the users
         // of a program that answers in lines.
-        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+        m_handler = qInstallMessageHandler(tellFatalOnly);
         m_application.emplace(m_argumentCount, m_arguments);
+    }
+    OffscreenApplication(const OffscreenApplication&) = delete;
+    OffscreenApplication& operator=(const OffscreenApplication&) = delete;
+    /// Leaves the process as it was: a host may make an application of its own afterwards.
+    ~OffscreenApplication()
+    {
+        if (!m_application)
+            return;
+        m_application.reset();
+        qInstallMessageHandler(m_handler);
+        if (m_hadPlatform)
+            qputenv(PlatformVariable, m_platform);
+        else
+            qunsetenv(PlatformVariable);
     }
 
 private:
+    static constexpr const char* PlatformVariable = "QT_QPA_PLATFORM";
+    static void tellFatalOnly(QtMsgType type, const QMessageLogContext&, const QString& text)
+    {
+        if (type == QtFatalMsg)
+            std::fprintf(stderr, "tematica: %s\n", qPrintable(text));
+    }
+
+    bool m_hadPlatform = false;
+    QByteArray m_platform;
+    QtMessageHandler m_handler = nullptr;
     int m_argumentCount = 1;
     char m_name[9] = "tematica";
     char* m_arguments[2] = { m_name, nullptr };
@@ -45,10 +71,12 @@ extern "C" int tematicaRenderFile(const TematicaRenderRequest* request)
             themes = embedded::visibleThemes(*request->library);
         embedded::MapContent content = embedded::mapContent(*request->library, themes);
         content.legend = request->legend;
-        embedded::Box box { request->minX, request->minY, request->maxX, request->maxY };
-        if (!request->hasBox)
-            box = embedded::extentOf(content);
-        const auto view = embedded::MapView::fitted(box, QSize(request->width, request->height));
+        const QSize size(request->width, request->height);
+        const embedded::Box asked { request->minX, request->minY, request->maxX, request->maxY };
+        // The box that was asked for to its edges; else everything, with a margin.
+        const auto view = request->hasBox
+            ? embedded::MapView::fitted(asked, size, 0)
+            : embedded::MapView::fitted(embedded::extentOf(content), size);
         const std::atomic<bool> cancelled { false };
         const QImage image = embedded::renderMap(content, view, cancelled);
         QSaveFile file(QString::fromUtf8(request->path));

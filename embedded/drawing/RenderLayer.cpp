@@ -134,7 +134,7 @@ bool renderShapes(
     fill.setAlpha(96);
     painter.setPen(QPen(polygons ? layer.symbol.colour.darker(130) : layer.symbol.colour,
         layer.symbol.lineWidthPixels));
-    painter.setBrush(polygons ? QBrush(fill) : QBrush(Qt::NoBrush));
+    painter.setBrush(polygons && !layer.isOutline ? QBrush(fill) : QBrush(Qt::NoBrush));
     const Box shown = view.box();
     const EntitySnapshot& entities = *layer.entities;
     QPolygonF points;

@@ -97,6 +97,12 @@ orv::CPolyValue fromNumber(const orv::CPolyValue& value, FieldFormat to)
     }
 }
 
+/// A text of no characters is no value: what has no digits (an infinite number) becomes none.
+orv::CPolyValue textOrNone(const orv::String& text)
+{
+    return text.Length() > 0 ? orv::CPolyValue(text) : orv::CPolyValue();
+}
+
 /// Tells the progress every few thousand rows; false once it was cancelled.
 bool goesOn(IProgress* progress, int row, int rowCount)
 {
@@ -256,7 +262,7 @@ orv::CPolyValue convertCell(
         return value;
     if (isText(to)) {
         if (type == orv::PolyDouble && from == FieldFormat::Decimal)
-            return orv::CPolyValue(
+            return textOrNone(
                 orv::String::ValueOf(value.GetDoubleValue(), static_cast<unsigned>(oldDigits)));
         return type == orv::PolyArray ? orv::CPolyValue() : orv::CPolyValue(value.GetStringValue());
     }

@@ -4,12 +4,37 @@
 
 #include "embedded/model/ThemeClasses.h"
 
+#include <limits>
+
 namespace embedded {
 namespace {
 
 bool isNumber(gis::FieldFormat format)
 {
     return format == gis::FieldFormat::Integer || format == gis::FieldFormat::Decimal;
+}
+
+/// Limits that follow each other as they do in new intervals: whole numbers begin one after the end
+/// of the class before, decimals where it ends. A class that no whole number is left for goes.
+void joinIntervals(Classes& classes, gis::FieldFormat format)
+{
+    const gis::CFeatureClass* before = nullptr;
+    for (auto& one : classes) {
+        if (one->low.IsEmpty())
+            continue; // the default class, and that of rows without a value
+        if (before && format == gis::FieldFormat::Integer)
+            one->low = before->high.GetInt32Value() == std::numeric_limits<int>::max()
+                ? before->high
+                : orv::CPolyValue(before->high.GetInt32Value() + 1);
+        else if (before)
+            one->low = before->high;
+        const bool isLeft = one->low.GetDoubleValue() <= one->high.GetDoubleValue();
+        if (isLeft)
+            before = one.get();
+        else
+            one.reset();
+    }
+    std::erase(classes, nullptr);
 }
 
 ThematicMap noMap()
@@ -68,9 +93,15 @@ void convertClassLimits(Library& library, const gis::CField& field, gis::FieldFo
         map.classCount = theme->map.classCount;
         map.classes = copyClasses(theme->map.classes);
         for (auto& one : map.classes) {
+            const bool hadLimits = !one->low.IsEmpty();
             one->low = convertCell(one->low, field.format, to, field.decimalDigits());
             one->high = convertCell(one->high, field.format, to, field.decimalDigits());
+            if (hadLimits && one->low.IsEmpty())
+                one.reset(); // no row has its value any more
         }
+        std::erase(map.classes, nullptr);
+        if (map.type == gis::MapType::Interval)
+            joinIntervals(map.classes, to);
         library.setThemeMap(theme, std::move(map));
     }
 }

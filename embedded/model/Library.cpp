@@ -227,6 +227,8 @@ gis::CDBTable* Library::createTableAsCopyOf(gis::CDBTable* source)
 {
     if (!source)
         return nullptr;
+    if (!source->readAllColumns())
+        return nullptr;
     const orv::ChangeStep step(m_data->changes, orv::String());
     gis::CDBTable* copy = createTable(freeTableName(source->name()));
     copy->addRows(source->rowCount());

@@ -11,6 +11,7 @@
 #include "host/base/ChangeManager.h"
 #include "host/gis/Columns.h"
 #include "host/gis/LibGis.h"
+#include "host/gis/Readings.h"
 
 #include <array>
 #include <deque>
@@ -45,7 +46,7 @@ struct FieldChange {
 /// The implementation behind `gis::CLibGis`. Its operations never call the facade's virtual ones,
 /// so that a double that derives from the facade sees only what the dialogs ask. Owner, thread:
 /// owned by its facade; one thread, except for snapshots.
-class TEMATICA_HOST_API Library final : public gis::IColumns {
+class TEMATICA_HOST_API Library final : public gis::IColumns, public gis::IReadings {
 public:
     Library(
         gis::CLibGis& facade, orv::CChangeTransactionManager* changes, std::int64_t targetDrawing);
@@ -157,6 +158,9 @@ public:
     // gis::IColumns
     bool GetColumn(gis::CDBTable* table, int fieldIndex, gis::ColumnView& view) override;
     bool GetEntityRuns(gis::CTheme* theme, gis::EntityRunsView& view) override;
+
+    // gis::IReadings
+    bool IsReadable(gis::CDBTable* table, int fieldIndex) override;
 
     /// Extensions that other parts of the host offer through `gis::CLibGis::Extension`. Null
     /// removes.

@@ -12,6 +12,7 @@ namespace gis {
 
 IColumns::~IColumns() = default;
 IFeedback::~IFeedback() = default;
+IReadings::~IReadings() = default;
 
 } // namespace gis
 
@@ -49,6 +50,15 @@ bool Library::GetColumn(gis::CDBTable* table, int fieldIndex, gis::ColumnView& v
     return true;
 }
 
+bool Library::IsReadable(gis::CDBTable* table, int fieldIndex)
+{
+    if (!table || &table->library() != this || fieldIndex < 0 || fieldIndex >= table->fieldCount())
+        return true; // nothing of a file
+    const std::lock_guard lock(m_data->columnsMutex);
+    static_cast<void>(table->column(fieldIndex));
+    return !table->isColumnFailed(fieldIndex);
+}
+
 bool Library::GetEntityRuns(gis::CTheme* theme, gis::EntityRunsView& view)
 {
     if (!theme || &theme->library() != this)
@@ -84,6 +94,8 @@ void* Library::extension(const char* name)
         return nullptr;
     if (std::string_view(name) == gis::ColumnsExtension)
         return static_cast<gis::IColumns*>(this);
+    if (std::string_view(name) == gis::ReadingsExtension)
+        return static_cast<gis::IReadings*>(this);
     const auto found = m_data->extensions.find(std::string_view(name));
     return found == m_data->extensions.end() ? nullptr : found->second;
 }

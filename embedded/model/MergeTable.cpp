@@ -128,7 +128,8 @@ ResultCompare CMergeTable::CompareTable()
 
 void CMergeTable::Merge(std::vector<int>& mapping)
 {
-    if (m_impl->result != MergeResult::Undecided || !m_impl->library || !m_impl->plan.isComplete())
+    if (m_impl->result != MergeResult::Undecided || !m_impl->library || !m_impl->plan.isComplete()
+        || !m_impl->plan.existing->readAllColumns() || !m_impl->plan.incoming->readAllColumns())
         return;
     mapping = embedded::mergeTables(*m_impl->library, m_impl->plan);
     m_impl->result = MergeResult::Merged;

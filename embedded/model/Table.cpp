@@ -224,6 +224,17 @@ void CDBTable::forgetFailedColumns()
         }
 }
 
+bool CDBTable::readAllColumns()
+{
+    forgetFailedColumns();
+    bool isComplete = true;
+    for (int i = 0; i < fieldCount(); ++i) {
+        static_cast<void>(column(i));
+        isComplete = isComplete && !isColumnFailed(i);
+    }
+    return isComplete;
+}
+
 bool CDBTable::isColumnLoaded(int fieldIndex) const
 {
     return m_data->slots[static_cast<std::size_t>(fieldIndex)].loaded;

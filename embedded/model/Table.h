@@ -94,6 +94,9 @@ public:
     /// Columns that could not be read, and that nobody wrote to since, are read again when they are
     /// asked for next.
     void forgetFailedColumns();
+    /// Reads every column, those that failed before once more; false when one cannot be read. What
+    /// is made of the whole table asks first: cells that were not read would pass for empty ones.
+    [[nodiscard]] bool readAllColumns();
     /// For writers: marks the whole column as changed against the store.
     embedded::Column& columnForWriting(int fieldIndex);
     /// For writers of single cells, who call `markCellChanged` for each.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/gis/TableEdit.h"
 
+#include "embedded/base/Result.h"
 #include "embedded/model/FieldUses.h"
 
 #include "host/base/Numbers.h"
@@ -37,7 +38,8 @@ public:
     bool advance(double fraction) override
     {
         if (m_whole && !m_cancelled)
-            m_cancelled = !m_whole->advance((m_done + fraction) / m_columns);
+            m_cancelled
+                = !m_whole->advance(m_columns > 0 ? (m_done + fraction) / m_columns : 1.0);
         return !m_cancelled;
     }
     ~ConversionProgress()
@@ -157,7 +159,10 @@ public:
     }
 
     [[nodiscard]] std::size_t columnsToRead() const;
-    bool readColumns(ConversionProgress& progress) const;
+    [[nodiscard]] bool isKept(const std::vector<FieldChange>& fields, const CField* field) const;
+    [[nodiscard]] embedded::Error unreadable(int fieldIndex) const;
+    embedded::Result<void> readColumns(
+        const std::vector<FieldChange>& fields, ConversionProgress& progress) const;
     [[nodiscard]] std::vector<FieldChange> wanted() const;
     bool convert(std::vector<FieldChange>& fields,
         std::vector<std::pair<orv::String, ConversionCount>>& costs,
@@ -179,26 +184,49 @@ std::size_t CCtrlDlgTableEdit::Impl::columnsToRead() const
     return count;
 }
 
-/// Reads what is still in the file only: a column that cannot be read would be committed as empty.
-bool CCtrlDlgTableEdit::Impl::readColumns(ConversionProgress& progress) const
+bool CCtrlDlgTableEdit::Impl::isKept(
+    const std::vector<FieldChange>& fields, const CField* field) const
 {
-    table->forgetFailedColumns(); // the reason may be gone
+    return std::any_of(fields.begin(), fields.end(),
+        [field](const FieldChange& change) { return change.field == field; });
+}
+
+/// Reads what is still in the file only: a column that cannot be read would be committed as empty.
+/// One whose field goes need not be there.
+embedded::Result<void> CCtrlDlgTableEdit::Impl::readColumns(
+    const std::vector<FieldChange>& fields, ConversionProgress& progress) const
+{
     for (int i = 0; i < table->fieldCount(); ++i) {
-        if (table->isColumnFailed(i))
-            return false;
-        if (table->isColumnLoaded(i))
+        if (table->isColumnLoaded(i) && !table->isColumnFailed(i))
             continue;
         embedded::IStore* store = library->store();
         embedded::Column cells(embedded::columnKindOf(table->field(i)->format));
-        if (!store || !store->readColumn(*table, *table->field(i), cells)
-            || cells.rowCount() != table->rowCount())
-            return false;
-        table->takeLoaded(i, std::move(cells));
+        embedded::Result<void> read;
+        if (table->isColumnLoaded(i)) // failed, and written to since: the file's cells fit no more
+            read = unreadable(i);
+        else if (!store)
+            read = unreadable(i);
+        else
+            read = store->readColumn(*table, *table->field(i), cells);
+        if (read && cells.rowCount() != table->rowCount())
+            read = unreadable(i);
+        if (!read && isKept(fields, table->field(i)))
+            return read;
+        if (read)
+            table->takeLoaded(i, std::move(cells));
         progress.nextColumn();
         if (!progress.advance(0.0))
-            return false;
+            return embedded::Error { embedded::ErrorCode::Cancelled, {}, {} };
     }
-    return true;
+    return {};
+}
+
+embedded::Error CCtrlDlgTableEdit::Impl::unreadable(int fieldIndex) const
+{
+    if (const embedded::IStore* store = library->store())
+        if (const embedded::Error* failed = store->failedRead())
+            return *failed;
+    return { embedded::ErrorCode::ReadFailed, table->field(fieldIndex)->name.Bytes(), {} };
 }
 
 /// The pending list against the table as it is now: a field that went meanwhile (undo) is made
@@ -368,13 +396,21 @@ bool CCtrlDlgTableEdit::Commit()
     if (!namesAreUsable(fields))
         return false;
     std::vector<std::pair<orv::String, ConversionCount>> costs;
+    m_impl->table->forgetFailedColumns(); // the reason may be gone
+    embedded::IProgress* const whole = m_impl->library->progress();
+    embedded::Result<void> read;
+    bool isDone = false;
     {
         const auto columns = m_impl->columnsToRead()
             + static_cast<std::size_t>(std::count_if(fields.begin(), fields.end(), isFormatChange));
-        ConversionProgress progress(m_impl->library->progress(), columns);
-        if (!m_impl->readColumns(progress) || !m_impl->convert(fields, costs, progress))
-            return false;
+        ConversionProgress progress(whole, columns);
+        read = m_impl->readColumns(fields, progress);
+        isDone = read && m_impl->convert(fields, costs, progress);
     }
+    if (!read && read.error().code != embedded::ErrorCode::Cancelled && whole)
+        whole->failed(read.error());
+    if (!isDone)
+        return false;
 
     Library& library = *m_impl->library;
     CDBTable& table = *m_impl->table;

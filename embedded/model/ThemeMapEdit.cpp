@@ -53,6 +53,7 @@ class CCtrlThemeMapEdit::Impl {
 public:
     explicit Impl(CTheme* edited)
         : theme(edited)
+        , library(edited ? &edited->library() : nullptr)
     {
         map = current();
     }
@@ -80,6 +81,7 @@ public:
     void rebuild() { map.classes = classesFor(map); }
 
     CTheme* theme;
+    Library* library; // asked whether the theme is still there
     ThematicMap map;
 };
 
@@ -153,7 +155,7 @@ bool CCtrlThemeMapEdit::Commit(CDocSymbolManager* /*symbols*/)
     CTheme* theme = m_impl->theme;
     if (!theme)
         return false;
-    Library& library = theme->library();
+    Library& library = *m_impl->library;
     const auto& themes = library.themes();
     if (std::find(themes.begin(), themes.end(), theme) == themes.end())
         return false;

@@ -92,7 +92,7 @@ bool readsBackAsInteger(
     if (field.format != gis::FieldFormat::Decimal || field.decimalDigits() != 0)
         return false;
     return std::all_of(rows.begin(), rows.end(), [&column](int row) {
-        return !column.hasValue(row)
+        return row < 0 || !column.hasValue(row)
             || (column.decimalAt(row) >= std::numeric_limits<std::int32_t>::min()
                 && column.decimalAt(row) <= std::numeric_limits<std::int32_t>::max());
     });

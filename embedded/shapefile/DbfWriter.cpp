@@ -64,6 +64,50 @@ std::string headerText(const std::vector<DbfColumnLayout>& layout, std::size_t r
     return bytes;
 }
 
+/// Bytes of the UTF-8 character at a place; 0 where none is.
+std::size_t characterBytes(std::string_view text, std::size_t at)
+{
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned lead = byte(at);
+    const std::size_t length = lead < 0x80 ? 1
+        : lead >= 0xC2 && lead < 0xE0      ? 2
+        : lead >= 0xE0 && lead < 0xF0      ? 3
+        : lead >= 0xF0 && lead < 0xF5      ? 4
+                                           : 0;
+    if (length == 0 || at + length > text.size())
+        return 0;
+    for (std::size_t i = 1; i < length; ++i)
+        if ((byte(at + i) & 0xC0) != 0x80)
+            return 0;
+    const bool isOverlong
+        = (lead == 0xE0 && byte(at + 1) < 0xA0) || (lead == 0xF0 && byte(at + 1) < 0x90);
+    const bool isBeyond
+        = (lead == 0xED && byte(at + 1) >= 0xA0) || (lead == 0xF4 && byte(at + 1) >= 0x90);
+    return isOverlong || isBeyond ? 0 : length;
+}
+
+bool isUtf8(std::string_view text)
+{
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t bytes = characterBytes(text, at);
+        if (bytes == 0)
+            return false;
+        at += bytes;
+    }
+    return true;
+}
+
+/// A question mark for each byte that is no text: readers of the file would refuse it, or guess.
+void replaceInvalid(char* text, std::size_t size)
+{
+    for (std::size_t at = 0; at < size;) {
+        const std::size_t bytes = characterBytes({ text, size }, at);
+        if (bytes == 0)
+            text[at] = '?';
+        at += std::max<std::size_t>(bytes, 1);
+    }
+}
+
 /// One column's cells on their way into records.
 class CellWriter final {
 public:
@@ -109,6 +153,13 @@ public:
             rounded.count = m_rounded;
             rounded.code = FindingCode::NumberRounded;
             report.add(std::move(rounded));
+        }
+        if (m_invalid > 0) {
+            Finding invalid;
+            invalid.subject = m_field->name.Bytes();
+            invalid.count = m_invalid;
+            invalid.code = FindingCode::TextInvalid;
+            report.add(std::move(invalid));
         }
         if (m_inexact == 0)
             return;
@@ -162,6 +213,10 @@ private:
         const std::string_view kept = cutUtf8(
             text.substr(0, text.find('\0')), static_cast<std::size_t>(m_layout.widthBytes));
         kept.copy(cell, kept.size());
+        if (!isUtf8(kept)) {
+            ++m_invalid;
+            replaceInvalid(cell, kept.size());
+        }
         if (kept.size() != text.size() || kept.ends_with(' '))
             ++m_inexact;
     }
@@ -171,6 +226,7 @@ private:
     const gis::CField* m_field;
     std::int64_t m_inexact = 0;
     std::int64_t m_rounded = 0;
+    std::int64_t m_invalid = 0;
 };
 
 } // namespace

@@ -159,9 +159,11 @@ void Exporter::writeBeside(const ShapeLayout& layout)
             return m_files[2].fail(failed->detail);
     std::atomic<std::int64_t> shapesDone { 0 };
     std::atomic<bool> shapesFailed { false };
+    std::int64_t unusable = 0; // written by the other thread until it is joined
     std::jthread shapes([&] { // joined also when the table cannot be written
         try {
-            writeShapes(entities, layout, m_files[0], m_files[1], m_isStopped, shapesDone);
+            unusable = writeShapes(
+                entities, layout, m_files[0], m_files[1], m_isStopped, shapesDone);
         } catch (const std::bad_alloc&) {
             shapesFailed = true;
         }
@@ -177,6 +179,12 @@ void Exporter::writeBeside(const ShapeLayout& layout)
     shapes.join();
     if (shapesFailed)
         m_files[0].fail("out of memory");
+    if (unusable > 0) {
+        Finding finding;
+        finding.code = FindingCode::ShapesNotWritten;
+        finding.count = unusable;
+        m_report.add(std::move(finding));
+    }
 }
 
 Result<void> Exporter::failures()

@@ -243,9 +243,10 @@ Result<std::string> chooseEncoding(const DbfFile& dbf, const std::vector<std::ui
             return Error { ErrorCode::UnknownEncoding, asked, {} };
         return chosen(encoding, "asked for");
     }
-    if (const auto cpg
-        = cpgPath.empty() ? Result<FileBytes>(FileBytes()) : FileBytes::open(cpgPath);
-        cpg && cpg.value().size() > 0) {
+    const auto cpg = cpgPath.empty() ? Result<FileBytes>(FileBytes()) : FileBytes::open(cpgPath);
+    if (!cpg) // it is there: texts read in another encoding would be wrong without a word
+        return cpg.error();
+    if (cpg.value().size() > 0) {
         const std::string_view text = cpg.value().bytes();
         const std::string encoding = encodingFromName(text);
         if (!encoding.empty())

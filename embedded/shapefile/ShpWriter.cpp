@@ -81,7 +81,9 @@ public:
         std::int64_t vertices = 0;
         for (int part = 0; part < parts; ++part)
             vertices += m_entities.part(entity, part).count;
-        if (vertices == 0) {
+        const bool isUsable = isFinite(entity, parts);
+        if (vertices == 0 || !isUsable) {
+            m_unusable += isUsable ? 0 : 1;
             m_out.little32(shp::Null);
             return m_out.text();
         }
@@ -109,7 +111,21 @@ public:
         return bytes.text();
     }
 
+    [[nodiscard]] std::int64_t unusable() const { return m_unusable; }
+
 private:
+    /// Readers take what is no number for a damaged file.
+    [[nodiscard]] bool isFinite(int entity, int parts) const
+    {
+        for (int p = 0; p < parts; ++p) {
+            const PartView part = m_entities.part(entity, p);
+            for (int i = 0; i < part.count; ++i)
+                if (!std::isfinite(part.x(i)) || !std::isfinite(part.y(i))
+                    || (m_layout.hasZ && !std::isfinite(z(part, i))))
+                    return false;
+        }
+        return true;
+    }
     [[nodiscard]] double z(const PartView& part, int i) const
     {
         return m_zAt < 0 ? 0.0 : part.coordinates[std::ptrdiff_t { i } * part.stride + m_zAt];
@@ -205,6 +221,7 @@ private:
     int m_mAt;
     Extent m_extent;
     Bytes m_out;
+    std::int64_t m_unusable = 0;
 };
 
 bool hasSeveralVertices(const EntityStore& entities)
@@ -248,7 +265,7 @@ ShapeLayout shapeLayout(gis::CTheme& theme, ExportCoordinates coordinates, Repor
     return layout;
 }
 
-void writeShapes(const EntityStore& entities, const ShapeLayout& layout, OutputFile& shp,
+std::int64_t writeShapes(const EntityStore& entities, const ShapeLayout& layout, OutputFile& shp,
     OutputFile& shx, const std::atomic<bool>& stop, std::atomic<std::int64_t>& done)
 {
     ShapeWriter writer(entities, layout);
@@ -260,7 +277,7 @@ void writeShapes(const EntityStore& entities, const ShapeLayout& layout, OutputF
         const std::uint64_t offset = shp.sizeBytes();
         if (offset + shp::RecordHeaderBytes + content.size() > LongestFile) {
             shp.fail("more than 2 GiB of shapes");
-            return;
+            return writer.unusable();
         }
         header.clear();
         header.big32(i + 1);
@@ -275,6 +292,7 @@ void writeShapes(const EntityStore& entities, const ShapeLayout& layout, OutputF
     }
     shp.patchStart(writer.header(shp.sizeBytes()));
     shx.patchStart(writer.header(shx.sizeBytes()));
+    return writer.unusable();
 }
 
 } // namespace embedded

@@ -25,8 +25,9 @@ ShapeLayout shapeLayout(gis::CTheme& theme, ExportCoordinates coordinates, Repor
 
 /// Writes the entities of a theme, in order; entities without vertices as null shapes.
 /// Thread: any that nobody changes the theme beside. Gives up when `stop` becomes true; counts what
-/// it wrote in `done`.
-void writeShapes(const EntityStore& entities, const ShapeLayout& layout, OutputFile& shp,
+/// it wrote in `done`. Returns how many shapes have coordinates that are no numbers; they are
+/// written as null shapes too.
+std::int64_t writeShapes(const EntityStore& entities, const ShapeLayout& layout, OutputFile& shp,
     OutputFile& shx, const std::atomic<bool>& stop, std::atomic<std::int64_t>& done);
 
 } // namespace embedded

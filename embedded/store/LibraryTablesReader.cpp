@@ -10,9 +10,12 @@
 #include "embedded/store/Statement.h"
 #include "embedded/store/TakeOver.h"
 
+#include "host/base/Numbers.h"
+
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace embedded::store {
@@ -129,6 +132,8 @@ void readTable(Connection& connection, Library& library, FileState& state, State
     FieldsByPlace& fields, Report& report)
 {
     const std::int64_t id = row.integer(0);
+    if (id <= 0 || state.tables.contains(id))
+        failWith(ErrorCode::DamagedFile, connection.path(), "a table without a number of its own");
     const int rowCount = intOf(row, 2);
     auto owned = std::make_unique<gis::CDBTable>(library, stringOf(row, 1));
     gis::CDBTable& table = *owned;
@@ -248,6 +253,8 @@ void readTheme(Connection& connection, Library& library, FileState& state, State
     const FieldsByPlace& fields)
 {
     const std::int64_t id = row.integer(0);
+    if (id <= 0 || state.themes.contains(id))
+        failWith(ErrorCode::DamagedFile, connection.path(), "a theme without a number of its own");
     const auto storedTable = state.tables.find(row.integer(2));
     const auto& tables = library.tables();
     const auto table = std::find_if(tables.begin(), tables.end(),
@@ -311,6 +318,23 @@ void readThemes(
             theme->second.hasLinks = true;
 }
 
+/// Layers that another program put into the library's file, or renamed: they stay in the file and
+/// are not the library's.
+void noteOtherLayers(Connection& connection, const FileState& state, Report& report)
+{
+    std::set<std::string> own;
+    for (const auto& [id, table] : state.tables)
+        for (const StoredPart& part : table.parts)
+            own.insert(orv::FoldAsciiCase(part.physicalName));
+    Statement rows(connection,
+        "SELECT table_name FROM gpkg_contents "
+        "WHERE lower(data_type) IN ('features', 'attributes', 'aspatial') ORDER BY rowid");
+    while (rows.step())
+        if (!own.contains(orv::FoldAsciiCase(rows.text(0))))
+            report.add({ FindingCode::LayerSkipped, FindingSeverity::Warning,
+                std::string(rows.text(0)), "added by another program", 0, 0 });
+}
+
 void readLayersAndPoints(Connection& connection, Library& library, FileState& state)
 {
     std::vector<Layer> layers;
@@ -343,6 +367,7 @@ void readLibraryTables(Connection& connection, Library& library, FileState& stat
     while (tables.step())
         readTable(connection, library, state, tables, fields, report);
     readThemes(connection, library, state, fields);
+    noteOtherLayers(connection, state, report);
     readLayersAndPoints(connection, library, state);
     const std::int64_t active
         = connection.integerOf("SELECT value FROM tematica_library WHERE key = 'active_theme'");

@@ -99,7 +99,7 @@ void CReplacedFile::makeTemporary()
         if (file < 0 && errno == EEXIST)
             continue;
         if (file < 0)
-            failForSystem(errno, place.parent_path().string());
+            failForSystem(errno, m_path);
         m_temporary = candidate;
         struct stat old { };
         if (::stat(m_path.c_str(), &old) == 0) {

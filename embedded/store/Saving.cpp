@@ -71,6 +71,8 @@ void registerLayers(SaveContext& context)
         const std::int64_t id = context.ids.themes.at(theme);
         const StoredTheme& state = context.state.themes.at(id);
         const StoredPart* part = context.state.tables.at(state.tableId).partOf(id);
+        if (!part)
+            failWith(ErrorCode::DamagedFile, context.connection.path(), "a theme without its layer");
         const Box extent = state.isExtentExact
             ? state.extent
             : indexExtent(context.connection, rtreeName(part->physicalName, state.geometryColumn));
@@ -192,7 +194,7 @@ WrittenFile writeNewFile(Library& library, const std::string& path)
     WrittenFile written;
     written.path = file.path();
     written.ids = idsFor(library, written.state, false);
-    {
+    try {
         Connection connection(file.temporaryPath(), Connection::Access::ReadWrite, PatienceMs);
         connection.setActivity(Activity::Writing);
         // Nobody else knows the file: should the work be cut short, it is thrown away.
@@ -213,6 +215,11 @@ WrittenFile writeNewFile(Library& library, const std::string& path)
         registerLayers(context);
         writeLibraryTables(connection, library, written.state, written.ids);
         connection.execute("COMMIT");
+    } catch (const StoreFailure& failure) { // of the file that the user asked for
+        Error error = failure.error();
+        if (error.subject == file.temporaryPath())
+            error.subject = written.path;
+        throw StoreFailure(std::move(error));
     }
     file.putInPlace();
     return written;

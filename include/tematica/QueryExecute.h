@@ -27,7 +27,8 @@ public:
     /// Replaces the filter; false, and no filter, when the text is refused.
     bool SetQueryFilter(const orv::String& text);
     /// The entities for which the filter is true, in entity order; returns their number. Entities
-    /// for which the filter cannot be computed are not selected. Without a filter: none.
+    /// for which the filter cannot be computed are not selected. Without a filter, and where the
+    /// host says that a field of the filter cannot be read: none.
     int Execute(std::vector<gis::CEnt*>& result);
 
 protected:

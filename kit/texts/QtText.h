@@ -22,4 +22,11 @@ namespace kit {
     return orv::String(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
 }
 
+/// The text of an edit that was filled with `before`: its own bytes where nothing was typed, also
+/// those that are no UTF-8.
+[[nodiscard]] inline orv::String fromQt(const QString& text, const orv::String& before)
+{
+    return text == toQt(before) ? before : fromQt(text);
+}
+
 } // namespace kit

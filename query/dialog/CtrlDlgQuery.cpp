@@ -3,6 +3,8 @@
 #include "query/dialog/CtrlDlgQuery.h"
 
 #include "query/execution/DistinctValues.h"
+#include "query/execution/Readings.h"
+#include "query/language/FilterParser.h"
 
 #include "kit/YesNo.h"
 
@@ -47,7 +49,8 @@ GatheredValues gatherValues(gis::CLibGis& library, gis::CTheme* theme, int field
     gis::CField* field = library.GetField(library.GetTable(theme), fieldIndex);
     gathered.format = library.GetFieldFormat(field);
     const auto distinct = distinctValues(library, theme, fieldIndex);
-    if (!distinct)
+    gathered.isReadable = isReadable(library, library.GetTable(theme), fieldIndex);
+    if (!distinct || !gathered.isReadable)
         return gathered;
     const int digits = decimalDigits(library, field);
     gathered.texts.reserve(distinct->values.size());
@@ -123,6 +126,10 @@ std::optional<kit::Message> CCtrlDlgQuery::run(const orv::String& filter)
     m_found.clear();
     if (isRight)
         m_executor->Execute(m_found);
+    m_unreadable.reset();
+    if (isRight && m_found.empty())
+        if (const auto root = parseFilter(filter.View(), ErrorReport::Silent).root)
+            m_unreadable = query::unreadableField(m_library, m_theme, *root);
     if (m_library)
         if (void* extension = m_library->Extension(gis::FeedbackExtension))
             static_cast<gis::IFeedback*>(extension)->ShowFound(m_drawing, m_found);

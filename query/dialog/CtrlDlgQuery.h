@@ -18,6 +18,7 @@ namespace query {
 struct GatheredValues {
     gis::FieldFormat format = gis::FieldFormat::Text;
     std::vector<std::string> texts; // ascending by value; neighbours that look alike are one row
+    bool isReadable = true; // false: there are none because the host could not read them
 };
 
 /// The logic of the query dialog without a window: the theme, the field whose values are listed,
@@ -50,6 +51,8 @@ public:
 
     /// Runs a filter. The refusal to be shown when its text is wrong; then nothing is found.
     [[nodiscard]] std::optional<kit::Message> run(const orv::String& filter);
+    /// The field that the host could not read, so that the last run found nothing.
+    [[nodiscard]] const std::optional<orv::String>& unreadableField() const { return m_unreadable; }
     /// Entities found by the last run, in entity order; they may be taken.
     [[nodiscard]] std::vector<gis::CEnt*>& found() { return m_found; }
 
@@ -59,6 +62,7 @@ private:
     gis::CTheme* m_theme = nullptr;
     std::unique_ptr<CQueryExecute> m_executor; // null before the first run
     std::vector<gis::CEnt*> m_found;
+    std::optional<orv::String> m_unreadable;
     int m_field = -1;
 };
 

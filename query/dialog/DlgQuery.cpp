@@ -10,6 +10,7 @@
 #include "kit/HandleListModel.h"
 #include "kit/WaitCursor.h"
 #include "kit/texts/QtText.h"
+#include "kit/texts/TextLoader.h"
 
 #include "ui_CDlgQuery.h"
 
@@ -120,7 +121,8 @@ bool CDlgQuery::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::KeyPress && (isField || watched == m_ui->id2069)) {
         const auto* key = static_cast<QKeyEvent*>(event);
         const bool isReturn = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-        const bool isDouble = isReturn && key->modifiers() == Qt::ControlModifier;
+        const bool isDouble
+            = isReturn && (key->modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
         if (isField && (key->key() == Qt::Key_Space || isDouble))
             onFieldClicked();
         if (isDouble)
@@ -168,6 +170,17 @@ void CDlgQuery::onFieldClicked()
         return;
     m_sheet->SetFieldFormat(values->format);
     m_values->setTexts(std::move(values->texts));
+    if (!values->isReadable)
+        tellUnreadable(selectedText(*m_ui->id2068));
+}
+
+void CDlgQuery::tellUnreadable(const QString& field)
+{
+    FMessageBox(this,
+        QStringLiteral("Il campo \"") + field
+            + QStringLiteral("\" non può essere letto: il file è danneggiato o non raggiungibile.\n"
+                             "Riaprirlo o usarne una copia di riserva."),
+        kit::text(texts::Attention), kit::BoxIcon::Exclamation, kit::BoxButtons::Ok);
 }
 
 void CDlgQuery::onFieldDoubleClicked()
@@ -195,6 +208,10 @@ void CDlgQuery::onRun()
     m_sheet->SetResult(m_query.found());
     if (refusal)
         return;
+    if (m_query.unreadableField()) {
+        tellUnreadable(kit::toQt(*m_query.unreadableField()));
+        return;
+    }
     m_sheet->SelectPage(CDlgQuerySheet::ResultPage);
     rememberPending();
     m_pending = std::make_unique<AskedFilter>(AskedFilter { m_query.themeName(), filter });

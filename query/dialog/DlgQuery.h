@@ -40,6 +40,7 @@ private:
     void onThemeChanged();
     void renderTheme();
     void onFieldClicked();
+    void tellUnreadable(const QString& field);
     void onFieldDoubleClicked();
     void onValueDoubleClicked();
     void onRun();

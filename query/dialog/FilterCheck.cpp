@@ -42,6 +42,22 @@ QString expectation(const ExpectedAt& expected)
     return words.isEmpty() ? last : words.join(QStringLiteral(", ")) + QStringLiteral(" o ") + last;
 }
 
+/// "atteso", in the gender of what follows.
+QString expectedWord(const QString& expected)
+{
+    const bool isFeminine = expected.startsWith(QStringLiteral("una "))
+        || expected.startsWith(QStringLiteral("la "));
+    return isFeminine ? QStringLiteral("attesa ") : QStringLiteral("atteso ");
+}
+
+/// A word of the filter as a line has room for it.
+QString shown(std::string_view token)
+{
+    constexpr int MostLetters = 60;
+    const QString text = fromBytes(token);
+    return text.size() <= MostLetters ? text : text.left(MostLetters) + QStringLiteral("…");
+}
+
 bool endsInNumber(std::string_view token)
 {
     return !token.empty() && token.back() >= '0' && token.back() <= '9';
@@ -69,13 +85,13 @@ QString messageOf(std::string_view text, const ParseOutcome& outcome)
     if (message.isEmpty()) {
         const QString expected = expectation(expectedAfter(text, outcome.errorPosition - 1));
         message = expected.isEmpty() ? QStringLiteral("il filtro non è valido")
-                                     : QStringLiteral("atteso ") + expected;
+                                     : expectedWord(expected) + expected;
         if (!outcome.precedingToken.empty())
-            message += QStringLiteral(" dopo ") + fromBytes(outcome.precedingToken);
+            message += QStringLiteral(" dopo ") + shown(outcome.precedingToken);
     }
     if (outcome.isShortened())
         message += QStringLiteral(" (Esegui userebbe solo: ")
-            + fromBytes(text.substr(static_cast<std::size_t>(outcome.conditionPosition - 1),
+            + shown(text.substr(static_cast<std::size_t>(outcome.conditionPosition - 1),
                 static_cast<std::size_t>(outcome.conditionBytes)))
             + QLatin1Char(')');
     return message;

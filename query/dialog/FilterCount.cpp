@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "query/dialog/FilterCount.h"
 
+#include "query/execution/Readings.h"
 #include "query/execution/plan/Compiler.h"
 #include "query/execution/plan/EntitySelection.h"
 #include "query/language/FilterParser.h"
@@ -36,6 +37,7 @@ CFilterCount::CFilterCount(gis::CLibGis& library, gis::CTheme* theme, std::strin
         if (!name.isKnown)
             m_unknownNames.push_back(name.name);
     prepareColumns();
+    m_unreadable = query::unreadableField(&library, theme, *m_filter);
 }
 
 CFilterCount::~CFilterCount() = default;
@@ -55,9 +57,7 @@ void CFilterCount::prepareColumns()
 
 int CFilterCount::countColumns() const
 {
-    std::vector<gis::CEnt*> entities;
-    plan::selectEntities(m_program, m_runs, m_usedRows, entities);
-    return static_cast<int>(entities.size());
+    return plan::countEntities(m_program, m_runs, m_usedRows, m_isStopped);
 }
 
 bool CFilterCount::step(int milliseconds)

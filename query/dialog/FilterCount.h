@@ -7,7 +7,9 @@
 #include "query/execution/RowWalk.h"
 #include "query/execution/plan/Program.h"
 
+#include <atomic>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,8 +32,14 @@ public:
     /// Names in the filter that are neither fields nor functions: what uses them is never true.
     [[nodiscard]] const std::vector<orv::String>& unknownNames() const { return m_unknownNames; }
 
+    /// A field of the filter that the host cannot read: there is nothing to be counted.
+    [[nodiscard]] const std::optional<orv::String>& unreadableField() const { return m_unreadable; }
+
     [[nodiscard]] bool isByColumns() const { return m_isByColumns; }
+    /// Ends early, with a number that means nothing, once it is stopped.
     [[nodiscard]] int countColumns() const;
+    /// Thread: any.
+    void stop() const { m_isStopped = true; }
 
     /// Looks at entities, cell by cell, for so long; true when all have been looked at.
     bool step(int milliseconds);
@@ -48,6 +56,8 @@ private:
     std::unique_ptr<CEEExpression> m_filter;
     QuerySource m_source;
     std::vector<orv::String> m_unknownNames;
+    std::optional<orv::String> m_unreadable;
+    mutable std::atomic<bool> m_isStopped = false;
     plan::Program m_program;
     gis::EntityRunsView m_runs;
     int m_usedRows = 0;

@@ -127,8 +127,17 @@ void CFilterEdit::setHistory(const QStringList& filters)
 QString CFilterEdit::typedWord() const
 {
     const QString before = text().left(cursorPosition());
-    const auto bracket = before.lastIndexOf(QLatin1Char('['));
-    if (bracket > before.lastIndexOf(QLatin1Char(']')))
+    qsizetype bracket = -1; // of a name that is still open
+    bool isInText = false;
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        if (bracket < 0 && before[i] == QLatin1Char('\''))
+            isInText = !isInText;
+        else if (!isInText && bracket < 0 && before[i] == QLatin1Char('['))
+            bracket = i;
+        else if (!isInText && before[i] == QLatin1Char(']'))
+            bracket = -1;
+    }
+    if (bracket >= 0)
         return before.mid(bracket);
     auto start = before.size();
     while (start > 0 && isWordCharacter(before[start - 1]))

@@ -18,6 +18,8 @@ constexpr int StartAfterMs = 60;
 constexpr int SliceMs = 15;
 constexpr int NotCounted = -1;
 
+constexpr int MostNameLetters = 60;
+
 QString countText(int found, int total)
 {
     static const QLocale italian(QLocale::Italian, QLocale::Italy);
@@ -30,7 +32,8 @@ QString unknownText(const std::vector<orv::String>& names)
 {
     QString text;
     for (const auto& name : names)
-        text += (text.isEmpty() ? QString() : QStringLiteral(", ")) + kit::toQt(name);
+        text += (text.isEmpty() ? QString() : QStringLiteral(", "))
+            + kit::toQt(name).left(MostNameLetters);
     return names.empty() ? text : QStringLiteral(" (nomi sconosciuti: ") + text + QLatin1Char(')');
 }
 
@@ -47,6 +50,8 @@ CLiveCount::CLiveCount(gis::CLibGis* library, QObject* parent)
 
 CLiveCount::~CLiveCount()
 {
+    if (m_working)
+        m_working->stop();
     if (m_worker.valid())
         m_worker.wait(); // it reads the library, which may go when the dialog has gone
 }
@@ -69,6 +74,8 @@ void CLiveCount::check()
 {
     m_stepTimer.stop();
     m_startTimer.stop();
+    if (m_working)
+        m_working->stop();
     m_count.reset();
     const FilterCheck checked = checkFilter(m_filter);
     if (checked.isFilter && m_library && m_theme) {
@@ -90,6 +97,10 @@ void CLiveCount::start()
     }
     if (!m_count) {
         show({});
+    } else if (const auto& field = m_count->unreadableField()) {
+        show({ QStringLiteral("il campo ") + kit::toQt(*field).left(MostNameLetters)
+                + QStringLiteral(" non può essere letto"),
+            true, 0, 0 });
     } else if (m_count->isByColumns()) {
         startWorker();
     } else {
@@ -135,7 +146,16 @@ void CLiveCount::onWorkerDone()
 
 void CLiveCount::step()
 {
-    if (!m_count->step(SliceMs)) {
+    bool isDone = false;
+    try {
+        isDone = m_count->step(SliceMs);
+    } catch (...) { // the same
+        m_stepTimer.stop();
+        m_count.reset();
+        show({});
+        return;
+    }
+    if (!isDone) {
         if (!std::exchange(m_isSlowTold, true))
             show({ QStringLiteral("conteggio in corso…"), false, 0, 0 });
         return;

@@ -4,6 +4,8 @@
 
 #include "query/execution/CountTable.h"
 #include "query/execution/Parallel.h"
+#include "query/execution/plan/ColumnPlan.h"
+#include "query/execution/plan/EntitySelection.h"
 
 #include "host/base/Dates.h"
 #include "host/gis/Columns.h"
@@ -236,6 +238,15 @@ struct ValueOrder {
     }
 };
 
+/// False where the host's views disagree: its cells are asked then.
+bool isWhole(
+    const gis::ColumnView& column, const gis::EntityRunsView& runs, gis::FieldFormat format)
+{
+    const auto rows = plan::usedRowCount(runs);
+    return rows && *rows <= column.rowCount && plan::holdsFormat(column.kind, format)
+        && std::int64_t(column.chunkCount) * gis::ColumnChunkRows >= column.rowCount;
+}
+
 bool hasField(gis::CLibGis& library, gis::CTheme* theme, int fieldIndex)
 {
     gis::CDBTable* table = theme ? library.GetTable(theme) : nullptr;
@@ -298,8 +309,10 @@ std::optional<DistinctValues> distinctValues(
     auto* columns = static_cast<gis::IColumns*>(library.Extension(gis::ColumnsExtension));
     gis::ColumnView column;
     gis::EntityRunsView runs;
-    if (!columns || !columns->GetColumn(library.GetTable(theme), fieldIndex, column)
-        || !columns->GetEntityRuns(theme, runs))
+    gis::CDBTable* const table = library.GetTable(theme);
+    if (!columns || !columns->GetColumn(table, fieldIndex, column)
+        || !columns->GetEntityRuns(theme, runs)
+        || !isWhole(column, runs, library.GetFieldFormat(library.GetField(table, fieldIndex))))
         return distinctValuesByCell(library, theme, fieldIndex);
     return distinctInColumn(runs, column);
 }

@@ -3,6 +3,7 @@
 #include "tematica/QueryExecute.h"
 
 #include "query/execution/FieldSymbols.h"
+#include "query/execution/Readings.h"
 #include "query/execution/RowWalk.h"
 #include "query/execution/plan/ColumnPlan.h"
 #include "query/language/FilterParser.h"
@@ -53,6 +54,9 @@ int CQueryExecute::Execute(std::vector<gis::CEnt*>& result)
             m_fieldSymbols };
         if (!query::plan::selectByColumns(source, *m_filter, result))
             query::walkRows(source, *m_filter, result);
+        // What could not be read looks like no value: no answer is better than a wrong one.
+        if (query::unreadableField(m_library, m_theme, *m_filter))
+            result.clear();
     } catch (const std::bad_alloc&) {
         result.clear(); // an answer cut short would pass for the whole
     }

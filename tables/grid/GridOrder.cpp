@@ -216,7 +216,10 @@ bool readCellKeys(
             break;
         }
         case orv::PolyDate:
-            keyed.rows.push_back({ keyOfInteger(value.GetDateValue()), row });
+            if (value.GetDateValue() == 0) // shown as no date
+                keyed.empty.push_back(row);
+            else
+                keyed.rows.push_back({ keyOfInteger(value.GetDateValue()), row });
             break;
         default:
             texts.emplace_back(row, value.GetStringValue().Bytes());

@@ -104,6 +104,8 @@ QItemSelectionModel::SelectionFlags CGridView::selectionCommand(
         && (event->type() == QEvent::MouseButtonPress
             || event->type() == QEvent::MouseButtonRelease)) {
         const auto* mouse = static_cast<const QMouseEvent*>(event);
+        if (mouse->button() == Qt::RightButton && selectionModel()->isRowSelected(index.row()))
+            return QItemSelectionModel::NoUpdate; // the menu is for what is selected
         if (!(mouse->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)))
             return event->type() == QEvent::MouseButtonPress ? QItemSelectionModel::Clear
                                                              : QItemSelectionModel::NoUpdate;

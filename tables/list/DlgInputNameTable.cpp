@@ -40,7 +40,7 @@ void CDlgInputNameTable::GetName(orv::String& name) const
 
 void CDlgInputNameTable::accept()
 {
-    m_name = kit::fromQt(m_ui->id2001->text());
+    m_name = kit::fromQt(m_ui->id2001->text(), m_oldName);
     if (m_library)
         if (const auto refusal = tables::refusalOfTableName(*m_library, m_oldName, m_name)) {
             FMessageBox(this, *refusal);

@@ -180,7 +180,9 @@ void CDlgTableList::onEdited(const QModelIndex& index, const QString& text)
     if (m_isEditEnding) // the editor lost the focus while it was being closed
         return;
     m_isEditEnding = true;
-    m_editRefusal = m_list.rename(tableOf(index.row()), kit::fromQt(text));
+    gis::CDBTable* const table = tableOf(index.row());
+    m_editRefusal = m_list.rename(
+        table, kit::fromQt(text, m_list.library()->GetTableName(table)));
     QMetaObject::invokeMethod(this, &CDlgTableList::finishEdit, Qt::QueuedConnection);
 }
 

@@ -275,6 +275,24 @@ void CDlgTableEdit::switchPage(int row)
     m_pagePlace->addWidget(m_page, 0, 0);
     m_page->show();
     renderRequested(field);
+    putPageIntoTabOrder();
+}
+
+/// After "Obbligatorio", where it is seen; Qt puts what is made later at the end of the window.
+void CDlgTableEdit::putPageIntoTabOrder()
+{
+    QList<QWidget*> controls;
+    for (QWidget* next = m_page->nextInFocusChain(); next != m_page;
+         next = next->nextInFocusChain())
+        if (m_page->isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) != 0
+            && !next->focusProxy())
+            controls.append(next);
+    QWidget* before = m_ui->id2004;
+    for (QWidget* control : controls) {
+        setTabOrder(before, control);
+        before = control;
+    }
+    setTabOrder(before, m_ui->id1);
 }
 
 void CDlgTableEdit::renderRequested(Field* field)
@@ -325,6 +343,7 @@ void CDlgTableEdit::updateMoveButtons()
 
 void CDlgTableEdit::move(int step)
 {
+    m_delegate->commitOpenEditor(); // before another field stands in its row
     const int row = wholeRow();
     const int target = row + step;
     if (row < 0 || row >= m_model.fieldCount() || target < 0 || target >= m_model.fieldCount())

@@ -57,6 +57,7 @@ private:
     void updateMoveButtons();
 
     void switchPage(int row);
+    void putPageIntoTabOrder();
     void destroyPage();
     void renderRequested(Field* field);
     [[nodiscard]] bool hasNamelessField();

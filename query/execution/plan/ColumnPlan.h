@@ -2,12 +2,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/gis/Columns.h"
+
 // A query over the host's columns: the same entities as the walk, found block by block on all
 // cores.
 
 #include "query/execution/RowWalk.h"
 
 namespace query::plan {
+
+/// Whether a column of this kind can be what a field of the format holds; a host may err.
+[[nodiscard]] bool holdsFormat(gis::ColumnKind kind, gis::FieldFormat format);
 
 /// The entities for which the filter is true, in entity order. `result` is overwritten.
 /// Errors: false, with `result` untouched, where the host offers no columns, or the filter or the

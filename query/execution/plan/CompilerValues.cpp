@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "query/execution/plan/Compiler.h"
 
+#include "query/execution/plan/ColumnPlan.h"
+
 #include "host/gis/LibGis.h"
 
 #include <algorithm>
@@ -36,6 +38,8 @@ int mirrored(int code)
     }
 }
 
+} // namespace
+
 bool holdsFormat(gis::ColumnKind kind, gis::FieldFormat format)
 {
     switch (format) {
@@ -51,8 +55,6 @@ bool holdsFormat(gis::ColumnKind kind, gis::FieldFormat format)
         return kind == gis::ColumnKind::Dictionary;
     }
 }
-
-} // namespace
 
 std::optional<int> Compiler::fieldIndexOf(orv::String name) const
 {

@@ -78,12 +78,12 @@ public:
         }
     }
 
-    void compute(const Program& program)
+    void compute(const Program& program, const std::atomic<bool>* isStopped = nullptr)
     {
         tbb::enumerable_thread_specific<BlockMachine> machines(
             [&] { return BlockMachine(program); });
         forEachIndex(m_blockCount, BlocksPerTask, m_rowCount <= MostRowsAlone, [&](int block) {
-            if (m_isUsed[static_cast<std::size_t>(block)])
+            if (m_isUsed[static_cast<std::size_t>(block)] && !(isStopped && *isStopped))
                 computeBlock(machines.local(), block);
         });
     }
@@ -195,6 +195,19 @@ void selectEntities(const Program& program, const gis::EntityRunsView& runs, int
         const Slice& slice = slices[static_cast<std::size_t>(i)];
         writeFound(answers, runs, slice, result.data() + slice.found);
     });
+}
+
+int countEntities(const Program& program, const gis::EntityRunsView& runs, int rowCount,
+    const std::atomic<bool>& isStopped)
+{
+    RowAnswers answers(runs, rowCount);
+    answers.compute(program, &isStopped);
+    if (isStopped)
+        return 0; // some answers were not computed
+    std::size_t found = 0;
+    for (const Slice& slice : slicesOf(runs))
+        found += countFound(answers, runs, slice);
+    return static_cast<int>(found);
 }
 
 } // namespace query::plan

@@ -4,6 +4,7 @@
 
 #include "query/execution/plan/Program.h"
 
+#include <atomic>
 #include <optional>
 #include <vector>
 
@@ -16,5 +17,10 @@ namespace query::plan {
 /// entity order. Blocks that no entity uses are passed over.
 void selectEntities(const Program& program, const gis::EntityRunsView& runs, int rowCount,
     std::vector<gis::CEnt*>& result);
+
+/// How many entities that would give. Ends early, with a number that means nothing, once it is
+/// stopped.
+[[nodiscard]] int countEntities(const Program& program, const gis::EntityRunsView& runs,
+    int rowCount, const std::atomic<bool>& isStopped);
 
 } // namespace query::plan

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 Tematica contributors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/gis/Types.h"
+
+namespace gis {
+
+/// Extension "readings/1": a host whose data lies in files tells whether it could be read. Cells
+/// that could not be read are answered as without a value; a query over them would pass that for
+/// the answer, and says that the field cannot be read instead.
+/// Thread: the library's, while no changing call runs.
+class TEMATICA_HOST_API IReadings {
+public:
+    /// Reads the field's cells where they have not been read yet; false when that fails, or failed
+    /// before.
+    virtual bool IsReadable(CDBTable* table, int fieldIndex) = 0;
+
+protected:
+    ~IReadings();
+};
+inline constexpr const char* ReadingsExtension = "readings/1";
+
+} // namespace gis
