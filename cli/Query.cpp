@@ -124,9 +124,9 @@ void tellRefusal(const query::ParseOutcome& filter)
         ? fmt::format("the filter is refused at position {}", filter.errorPosition)
         : "the filter is refused";
     if (filter.unexpectedToken.empty())
-        tell(place + ", where it ends too early; see docs/filter-language.md");
+        tell(place + ": it ends too early");
     else
-        tell(fmt::format("{}, at {}; see docs/filter-language.md", place, filter.unexpectedToken));
+        tell(fmt::format("{}: \"{}\" cannot stand there", place, filter.unexpectedToken));
 }
 
 } // namespace

@@ -60,6 +60,7 @@ CDlgQuery::CDlgQuery(
     setTabOrder(m_ui->id2085, m_sheet);
     setTabOrder(m_sheet, m_ui->id2081);
     setTabOrder(m_ui->id2081, m_ui->id1);
+    connect(m_sheet, &QTabWidget::currentChanged, this, &CDlgQuery::putButtonsLast);
     connect(m_ui->id2067, &QComboBox::currentIndexChanged, this, &CDlgQuery::onThemeChanged);
     bindLists();
     bindOperators();
@@ -213,10 +214,21 @@ void CDlgQuery::onRun()
         return;
     }
     m_sheet->SelectPage(CDlgQuerySheet::ResultPage);
+    putButtonsLast();
     rememberPending();
     m_pending = std::make_unique<AskedFilter>(AskedFilter { m_query.themeName(), filter });
     // Once the result is painted: settings are written safely, which takes the disk a while.
     QTimer::singleShot(RememberAfterMs, this, &CDlgQuery::rememberPending);
+}
+
+/// The grid of the result is made late, so it would come after the buttons below it.
+void CDlgQuery::putButtonsLast()
+{
+    auto* view = m_sheet->findChild<QAbstractItemView*>(kit::controlName(kit::IdGrid));
+    if (!view)
+        return;
+    setTabOrder(view, m_ui->id2081);
+    setTabOrder(m_ui->id2081, m_ui->id1);
 }
 
 void CDlgQuery::rememberPending()

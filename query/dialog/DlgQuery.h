@@ -40,6 +40,7 @@ private:
     void onThemeChanged();
     void renderTheme();
     void onFieldClicked();
+    void putButtonsLast();
     void tellUnreadable(const QString& field);
     void onFieldDoubleClicked();
     void onValueDoubleClicked();

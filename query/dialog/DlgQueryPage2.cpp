@@ -4,11 +4,9 @@
 
 #include "query/dialog/DlgQuerySheet.h"
 #include "tables/grid/CtrlShowTable.h"
-#include "tables/grid/GridView.h"
 
 #include "kit/Form.h"
 
-#include <QTabBar>
 #include <QVBoxLayout>
 
 CDlgQueryPage2::CDlgQueryPage2(CDlgQuerySheet& sheet)
@@ -36,7 +34,6 @@ void CDlgQueryPage2::OnSetActive()
         if (m_widthsOf == sheet().Table())
             m_grid->setColumnWidths(m_widths);
         m_grid->show();
-        QWidget::setTabOrder(sheet().tabBar(), &m_grid->view());
     }
     CDlgQueryPageBase::OnSetActive();
 }

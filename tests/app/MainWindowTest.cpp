@@ -346,7 +346,7 @@ TEST_F(MainWindowTest, TwoStructuresOfOneVisitAreBothTold)
     action(QStringLiteral("Tabelle...")).trigger();
 
     EXPECT_EQ(messageOf(window).toStdString(),
-        "Gestione tabelle: Struttura di Altra: 1 valori non convertibili in codice, "
+        "Gestione tabelle: Struttura di Altra: 1 valore non convertibile in codice, "
         "Struttura di T: 3 valori non convertibili in tipo");
 }
 

@@ -179,11 +179,20 @@ TEST_F(QueryCommandTest, UnknownFieldsOfTheOutputAreRefused)
 
 TEST_F(QueryCommandTest, ARefusedFilterEndsWithThree)
 {
-    for (const char* filter : { "", "N", "Altezza = 1,5", "N = 1 IN", "N = = 2" }) {
+    const std::pair<const char*, const char*> refused[] = {
+        { "", "1: it ends too early" },
+        { "N", "2: it ends too early" },
+        { "Altezza = 1,5", "12: \",\" cannot stand there" },
+        { "N = 1 IN", "7: \"IN\" cannot stand there" },
+        { "N = = 2", "5: \"=\" cannot stand there" },
+    };
+    for (const auto& [filter, place] : refused) {
         const auto outcome = run({ "query", m_lamps, filter, "--count" });
         EXPECT_EQ(outcome.exitCode, 3) << filter;
         EXPECT_EQ(outcome.out, "");
-        EXPECT_EQ(outcome.err, "Syntax error: parse error\ntematica: the filter is refused\n");
+        EXPECT_EQ(outcome.err,
+            std::string("Syntax error: parse error\ntematica: the filter is refused at position ")
+                + place + "\n");
     }
 }
 
