@@ -7,6 +7,8 @@
 #include "embedded/shapefile/Shapefile.h"
 #include "embedded/store/GeoPackage.h"
 
+#include "host/gis/Exchange.h"
+
 #include <QFileInfo>
 
 namespace app {
@@ -169,11 +171,11 @@ embedded::Result<void> Document::importShapefile(const QString& path)
 {
     embedded::Result<void> result;
     act(QStringLiteral("Importazione di %1").arg(QFileInfo(path).fileName()), [&] {
-        embedded::Report& report = implementation(*m_library).beginReport();
-        const auto imported = embedded::importShapefile(
-            *m_library, path.toStdString(), {}, nullptr, nullptr, report);
-        if (!imported)
-            result = imported.error();
+        orv::String table;
+        TOpzImportShape options;
+        if (!FImportFileShape(m_library.get(), orv::String(path.toUtf8().constData()), table,
+                nullptr, nullptr, nullptr, options))
+            result = implementation(*m_library).lastFailure();
     });
     return result;
 }

@@ -545,6 +545,14 @@ Report& Library::beginReport()
     m_data->report = {};
     return m_data->report;
 }
+const Error& Library::lastFailure() const
+{
+    return m_data->failure;
+}
+void Library::noteFailure(const Error& error)
+{
+    m_data->failure = error;
+}
 Report& Library::report()
 {
     return m_data->report;

@@ -149,6 +149,9 @@ public:
     Report& beginReport();
     /// The last report, for work that adds to what another began.
     Report& report();
+    /// Why the last import through the host's function failed, which itself gives a code only.
+    [[nodiscard]] const Error& lastFailure() const;
+    void noteFailure(const Error& error);
     void setProgress(IProgress* progress); // null: none
     [[nodiscard]] IProgress* progress() const;
 

@@ -40,6 +40,7 @@ struct Library::Data {
     std::uint64_t changeCount = 0; // for libraries without a manager
     std::uint64_t savedChangeCount = 0;
     Report report;
+    Error failure;
     IProgress* progress = nullptr;
     std::map<std::string, void*, std::less<>> extensions;
     std::mutex columnsMutex; // reading a column for the first time, while others ask for columns

@@ -79,6 +79,7 @@ bool FImportFileShape(gis::CLibGis* library, const orv::String& path, orv::Strin
         *library, path.Bytes(), imported, merger, link, reportOf(library, own));
     if (!result) {
         code = codeOf(result.error(), tableName);
+        Library::of(library)->noteFailure(result.error());
         return false;
     }
     tableName = result.value().table->name();
