@@ -20,7 +20,7 @@ constexpr MarkStyle SelectedStyle { 0x00B8D4, 8, 3.0 };
 constexpr MarkStyle CurrentStyle { 0xD50000, 12, 4.0 };
 // Behind each mark, so that it is told from symbols of its colour.
 constexpr QRgb HaloColour = 0x202020;
-constexpr double HaloPixels = 3;
+constexpr double HaloPixels = 2;
 
 void addMarks(const embedded::MapContent& content, const std::vector<gis::CEnt*>& entities,
     const MarkStyle& style, embedded::MapContent& marks)
@@ -43,6 +43,7 @@ void addMarks(const embedded::MapContent& content, const std::vector<gis::CEnt*>
         mark.symbol = { QColor(HaloColour), style.pointSizePixels + HaloPixels,
             style.lineWidthPixels + HaloPixels };
         mark.isOutline = true;
+        mark.hasDarkerEdge = false;
         marks.layers.push_back(mark);
         mark.isOutline = false;
         mark.symbol = { QColor(style.colour), style.pointSizePixels, style.lineWidthPixels };

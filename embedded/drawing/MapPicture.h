@@ -46,6 +46,7 @@ struct ThemeLayer {
     std::shared_ptr<const std::vector<int>>
         only; // ascending indexes of the entities to draw; null: all
     bool isOutline = false; // polygons are not filled
+    bool hasDarkerEdge = true; // of polygons; marks keep their own colour
 };
 
 /// Everything a picture of the map needs, taken on the library's thread and drawn on any.
