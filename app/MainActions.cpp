@@ -113,7 +113,8 @@ void MainWindow::makeEditMenu()
     });
     m_redo = menu->addAction(QStringLiteral("&Ripeti"), QKeySequence::Redo);
     connect(m_redo, &QAction::triggered, this, [this] {
-        m_identify->commit(); // a text that was typed meanwhile is a new act: nothing to repeat then
+        m_identify
+            ->commit(); // a text that was typed meanwhile is a new act: nothing to repeat then
         const kit::WaitCursor wait;
         m_document.redo();
     });
@@ -210,7 +211,8 @@ void MainWindow::makeStatusBar()
     m_unprotected->setObjectName(QStringLiteral("unprotected"));
     m_unprotected->setToolTip(QStringLiteral(
         "La copia di recupero non può essere scritta: il lavoro non salvato non è protetto."));
-    m_unprotected->setStyleSheet(QStringLiteral("color: white; background: #B3261E; padding: 0 6px"));
+    m_unprotected->setStyleSheet(
+        QStringLiteral("color: white; background: #B3261E; padding: 0 6px"));
     m_unprotected->hide();
     statusBar()->addWidget(m_message, 1);
     statusBar()->addPermanentWidget(m_unprotected);
@@ -305,8 +307,8 @@ void MainWindow::refreshActions()
         + plainInMenu(shortened(changes.CanUndo() ? changes.UndoName() : orv::String())));
     m_redo->setText(QStringLiteral("&Ripeti ")
         + plainInMenu(shortened(changes.CanRedo() ? changes.RedoName() : orv::String())));
-    m_save->setEnabled(!m_document.isSaved() || m_document.path().isEmpty()
-        || m_identify->hasPendingText());
+    m_save->setEnabled(
+        !m_document.isSaved() || m_document.path().isEmpty() || m_identify->hasPendingText());
     m_structure->setEnabled(chosenTable() != nullptr);
     m_table->setEnabled(chosenTable() != nullptr);
     m_form->setEnabled(chosenEntity() != nullptr);

@@ -191,8 +191,8 @@ void Recovery::onChanged()
 void Recovery::sweep()
 {
     const QDir copies(folder());
-    for (const QFileInfo& info : copies.entryInfoList(
-             { QStringLiteral("*.lock") }, QDir::Files | QDir::Hidden)) {
+    for (const QFileInfo& info :
+        copies.entryInfoList({ QStringLiteral("*.lock") }, QDir::Files | QDir::Hidden)) {
         const QString copy = info.filePath().chopped(5);
         if (!QFile::exists(copy) && !isInUse(copy))
             discard({ copy, {}, {} });

@@ -66,8 +66,9 @@ QString sentenceOf(ErrorCode code)
     case ErrorCode::NoDbf:
         return QStringLiteral("Manca il file .dbf che accompagna \"%1\".");
     case ErrorCode::BadDbf:
-        return QStringLiteral("Il file .dbf \"%1\" non è leggibile: la sua intestazione è danneggiata "
-                              "o incompleta.");
+        return QStringLiteral(
+            "Il file .dbf \"%1\" non è leggibile: la sua intestazione è danneggiata "
+            "o incompleta.");
     case ErrorCode::UnknownEncoding:
         return QStringLiteral("La codifica dei caratteri \"%1\" non è conosciuta.");
     case ErrorCode::StrictFinding:
@@ -188,8 +189,9 @@ QString lineOf(FindingCode code)
         return QStringLiteral(
             "%3 forme di \"%1\" non sono gestite: le entità restano senza forma.");
     case FindingCode::FieldLeftOut:
-        return QStringLiteral("Il campo \"%1\" della tabella %2 non è stato letto: contiene dati che "
-                              "non si possono mostrare.");
+        return QStringLiteral(
+            "Il campo \"%1\" della tabella %2 non è stato letto: contiene dati che "
+            "non si possono mostrare.");
     case FindingCode::LayerSkipped:
         return QStringLiteral("Lo strato \"%1\" non è stato letto%2.");
     }
@@ -307,7 +309,8 @@ QString others(std::int64_t count)
 QString errorText(const embedded::Error& error)
 {
     return filled(sentenceOf(error.code),
-        { utf8(error.subject), hasOwnWords(error.code) ? inItalian(error.detail) : utf8(error.detail) });
+        { utf8(error.subject),
+            hasOwnWords(error.code) ? inItalian(error.detail) : utf8(error.detail) });
 }
 
 QString saveAsErrorText(const embedded::Error& error)

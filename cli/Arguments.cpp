@@ -59,7 +59,8 @@ CLI::Validator pngPath()
     return CLI::Validator(
         [](std::string& text) {
             const bool isPng = text.size() > 4
-                && orv::CompareIgnoreAsciiCase(std::string_view(text).substr(text.size() - 4), ".png")
+                && orv::CompareIgnoreAsciiCase(
+                       std::string_view(text).substr(text.size() - 4), ".png")
                     == 0;
             return isPng ? std::string()
                          : "'" + text + "' is no name of a picture: only .png is written";

@@ -56,7 +56,8 @@ std::string isoDate(std::int64_t moment)
 
 OutputColumn columnOf(gis::CLibGis& library, gis::CField* field)
 {
-    OutputColumn column { validText(library.GetFieldName(field).View()), library.GetFieldFormat(field), 0 };
+    OutputColumn column { validText(library.GetFieldName(field).View()),
+        library.GetFieldFormat(field), 0 };
     if (column.format == gis::FieldFormat::Decimal) {
         std::array<orv::CPolyValue, gis::ConstraintCount> constraints;
         library.GetFieldConstraints(field, constraints.data());

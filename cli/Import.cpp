@@ -118,7 +118,8 @@ Result<void> writeReport(const ImportArguments& arguments, const std::string& th
 std::string problemOfPaths(const ImportArguments& arguments)
 {
     if (isShapefilePath(arguments.into))
-        return arguments.into + ": a library is no shapefile; give --into a name that ends in .gpkg";
+        return arguments.into
+            + ": a library is no shapefile; give --into a name that ends in .gpkg";
     if (isPartOf(arguments.into, arguments.file))
         return arguments.into + ": the library would take the place of the file that is imported";
     if (arguments.report

@@ -158,7 +158,8 @@ const char* pattern(FindingCode code)
     case FindingCode::CoordinateAdded:
         return "a {detail} coordinate of 0 was added";
     case FindingCode::ShapesNotWritten:
-        return "{count} shapes hold coordinates that are no numbers; their records are written without "
+        return "{count} shapes hold coordinates that are no numbers; their records are written "
+               "without "
                "a shape";
     case FindingCode::CellsConverted:
         return "field {subject}: {count} values were converted";

@@ -132,8 +132,8 @@ bool renderShapes(
     const bool polygons = layer.type == gis::EntType::Polygons;
     QColor fill = layer.symbol.colour;
     fill.setAlpha(96);
-    painter.setPen(QPen(polygons && layer.hasDarkerEdge ? layer.symbol.colour.darker(130)
-                                                        : layer.symbol.colour,
+    painter.setPen(QPen(
+        polygons && layer.hasDarkerEdge ? layer.symbol.colour.darker(130) : layer.symbol.colour,
         layer.symbol.lineWidthPixels));
     painter.setBrush(polygons && !layer.isOutline ? QBrush(fill) : QBrush(Qt::NoBrush));
     const Box shown = view.box();

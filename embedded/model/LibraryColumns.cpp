@@ -45,8 +45,9 @@ bool Library::GetColumn(gis::CDBTable* table, int fieldIndex, gis::ColumnView& v
 {
     if (!table || &table->library() != this || fieldIndex < 0 || fieldIndex >= table->fieldCount())
         return false;
+    const embedded::Column& column = table->column(fieldIndex); // may take its time
     const std::lock_guard lock(m_data->columnsMutex);
-    view = table->column(fieldIndex).view();
+    view = column.view();
     return true;
 }
 
@@ -54,7 +55,6 @@ bool Library::IsReadable(gis::CDBTable* table, int fieldIndex)
 {
     if (!table || &table->library() != this || fieldIndex < 0 || fieldIndex >= table->fieldCount())
         return true; // nothing of a file
-    const std::lock_guard lock(m_data->columnsMutex);
     static_cast<void>(table->column(fieldIndex));
     return !table->isColumnFailed(fieldIndex);
 }

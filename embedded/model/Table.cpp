@@ -6,6 +6,7 @@
 #include "host/base/Numbers.h"
 
 #include <algorithm>
+#include <atomic>
 
 namespace gis {
 
@@ -198,8 +199,12 @@ void CDBTable::truncateRows(int count)
 const embedded::Column& CDBTable::column(int fieldIndex)
 {
     ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
-    if (slot.loaded)
+    const std::atomic_ref<bool> isLoaded(slot.loaded);
+    if (isLoaded.load(std::memory_order_acquire))
         return slot.column;
+    const std::lock_guard lock(m_data->reading);
+    if (isLoaded.load(std::memory_order_relaxed))
+        return slot.column; // another thread was quicker
     embedded::Column read(slot.column.kind());
     embedded::IStore* store = m_data->library.store();
     const bool complete = store && store->readColumn(*this, *field(fieldIndex), read).ok()
@@ -210,7 +215,7 @@ const embedded::Column& CDBTable::column(int fieldIndex)
         read.appendEmpty(rowCount());
     }
     slot.column = std::move(read);
-    slot.loaded = true;
+    isLoaded.store(true, std::memory_order_release);
     return slot.column;
 }
 

@@ -8,6 +8,7 @@
 
 #include <deque>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 namespace embedded {
@@ -37,6 +38,7 @@ struct TableData {
     std::deque<gis::CField> pool; // every field the table ever had: handles outlive their deletion
     std::vector<gis::CField*> fields;
     std::vector<ColumnSlot> slots;
+    std::mutex reading; // of columns from the store, which several threads may ask for
     RecordArena<orv::CResultRow> rows;
     int storedRows = 0;
     bool structureChanged = true;

@@ -38,8 +38,7 @@ public:
     bool advance(double fraction) override
     {
         if (m_whole && !m_cancelled)
-            m_cancelled
-                = !m_whole->advance(m_columns > 0 ? (m_done + fraction) / m_columns : 1.0);
+            m_cancelled = !m_whole->advance(m_columns > 0 ? (m_done + fraction) / m_columns : 1.0);
         return !m_cancelled;
     }
     ~ConversionProgress()

@@ -162,8 +162,8 @@ void Exporter::writeBeside(const ShapeLayout& layout)
     std::int64_t unusable = 0; // written by the other thread until it is joined
     std::jthread shapes([&] { // joined also when the table cannot be written
         try {
-            unusable = writeShapes(
-                entities, layout, m_files[0], m_files[1], m_isStopped, shapesDone);
+            unusable
+                = writeShapes(entities, layout, m_files[0], m_files[1], m_isStopped, shapesDone);
         } catch (const std::bad_alloc&) {
             shapesFailed = true;
         }

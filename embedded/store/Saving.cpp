@@ -72,7 +72,8 @@ void registerLayers(SaveContext& context)
         const StoredTheme& state = context.state.themes.at(id);
         const StoredPart* part = context.state.tables.at(state.tableId).partOf(id);
         if (!part)
-            failWith(ErrorCode::DamagedFile, context.connection.path(), "a theme without its layer");
+            failWith(
+                ErrorCode::DamagedFile, context.connection.path(), "a theme without its layer");
         const Box extent = state.isExtentExact
             ? state.extent
             : indexExtent(context.connection, rtreeName(part->physicalName, state.geometryColumn));

@@ -119,6 +119,28 @@ std::optional<GatheredValues> CCtrlDlgQuery::clickField(int row)
     return gatherValues(*m_library, m_theme, row);
 }
 
+gis::CDBTable* CCtrlDlgQuery::table() const
+{
+    return m_theme ? m_library->GetTable(m_theme) : nullptr;
+}
+
+gis::IColumns* CCtrlDlgQuery::columns() const
+{
+    return m_library ? static_cast<gis::IColumns*>(m_library->Extension(gis::ColumnsExtension))
+                     : nullptr;
+}
+
+std::vector<int> CCtrlDlgQuery::fieldsOfClick(int row) const
+{
+    return !m_theme || row < 0 || row == m_field ? std::vector<int>() : std::vector<int> { row };
+}
+
+std::vector<int> CCtrlDlgQuery::fieldsOfFilter(const orv::String& filter) const
+{
+    const auto root = parseFilter(filter.View(), ErrorReport::Silent).root;
+    return root ? fieldsOf(m_library, m_theme, *root) : std::vector<int>();
+}
+
 std::optional<kit::Message> CCtrlDlgQuery::run(const orv::String& filter)
 {
     m_executor = std::make_unique<CQueryExecute>(m_library, m_theme);

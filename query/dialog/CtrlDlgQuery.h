@@ -4,6 +4,8 @@
 
 #include "kit/MessageBox.h"
 
+#include "host/gis/Columns.h"
+
 #include "host/gis/LibGis.h"
 #include "tematica/QueryExecute.h"
 
@@ -48,6 +50,14 @@ public:
     /// A field was clicked: its values, or nothing where there is nothing to do (no row, or the
     /// field whose values are listed already).
     [[nodiscard]] std::optional<GatheredValues> clickField(int row);
+
+    /// Fields that have to be read before a click on a row of the fields, or a run, can answer;
+    /// none where there is nothing to be asked. `columns` is null for hosts that are asked cell by
+    /// cell.
+    [[nodiscard]] std::vector<int> fieldsOfClick(int row) const;
+    [[nodiscard]] std::vector<int> fieldsOfFilter(const orv::String& filter) const;
+    [[nodiscard]] gis::IColumns* columns() const;
+    [[nodiscard]] gis::CDBTable* table() const;
 
     /// Runs a filter. The refusal to be shown when its text is wrong; then nothing is found.
     [[nodiscard]] std::optional<kit::Message> run(const orv::String& filter);

@@ -5,9 +5,11 @@
 #include "query/dialog/DlgQueryPage1.h"
 #include "query/dialog/DlgQuerySheet.h"
 #include "query/dialog/ValueListModel.h"
+#include "query/execution/Readings.h"
 
 #include "kit/Form.h"
 #include "kit/HandleListModel.h"
+#include "kit/LongWork.h"
 #include "kit/WaitCursor.h"
 #include "kit/texts/QtText.h"
 #include "kit/texts/TextLoader.h"
@@ -166,13 +168,34 @@ void CDlgQuery::renderTheme()
 void CDlgQuery::onFieldClicked()
 {
     const kit::WaitCursor wait;
-    auto values = m_query.clickField(selectedRow(*m_ui->id2068));
+    const int row = selectedRow(*m_ui->id2068);
+    if (!readColumns(m_query.fieldsOfClick(row)))
+        return; // stopped: the click has not happened
+    auto values = m_query.clickField(row);
     if (!values)
         return;
     m_sheet->SetFieldFormat(values->format);
     m_values->setTexts(std::move(values->texts));
     if (!values->isReadable)
         tellUnreadable(selectedText(*m_ui->id2068));
+}
+
+/// Columns that still lie in a file are read on another thread, where the user sees how far it is.
+/// False when that was stopped.
+bool CDlgQuery::readColumns(const std::vector<int>& fields)
+{
+    gis::IColumns* const columns = m_query.columns();
+    gis::CDBTable* const table = m_query.table();
+    if (fields.empty() || !columns)
+        return true;
+    bool isStopped = false;
+    kit::runLongWork(this, QStringLiteral("Lettura dei campi…"), [&](kit::WorkToken& token) {
+        isStopped = !query::readColumns(columns, table, fields, [&token](double fraction) {
+            token.report(fraction);
+            return !token.isCancelled();
+        }) || token.isCancelled();
+    });
+    return !isStopped;
 }
 
 void CDlgQuery::tellUnreadable(const QString& field)
@@ -202,6 +225,8 @@ void CDlgQuery::onRun()
     std::optional<kit::Message> refusal;
     {
         const kit::WaitCursor wait;
+        if (!readColumns(m_query.fieldsOfFilter(kit::fromQt(filter))))
+            return; // stopped: the result before stays
         refusal = m_query.run(kit::fromQt(filter));
     }
     if (refusal)

@@ -40,6 +40,7 @@ private:
     void onThemeChanged();
     void renderTheme();
     void onFieldClicked();
+    bool readColumns(const std::vector<int>& fields);
     void putButtonsLast();
     void tellUnreadable(const QString& field);
     void onFieldDoubleClicked();

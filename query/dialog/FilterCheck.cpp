@@ -45,8 +45,8 @@ QString expectation(const ExpectedAt& expected)
 /// "atteso", in the gender of what follows.
 QString expectedWord(const QString& expected)
 {
-    const bool isFeminine = expected.startsWith(QStringLiteral("una "))
-        || expected.startsWith(QStringLiteral("la "));
+    const bool isFeminine
+        = expected.startsWith(QStringLiteral("una ")) || expected.startsWith(QStringLiteral("la "));
     return isFeminine ? QStringLiteral("attesa ") : QStringLiteral("atteso ");
 }
 

@@ -2,7 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "query/dialog/LiveCount.h"
 
+#include "query/execution/Readings.h"
+#include "query/language/FilterParser.h"
+
 #include "kit/texts/QtText.h"
+
+#include "host/gis/LibGis.h"
 
 #include <QLocale>
 
@@ -50,10 +55,17 @@ CLiveCount::CLiveCount(gis::CLibGis* library, QObject* parent)
 
 CLiveCount::~CLiveCount()
 {
-    if (m_working)
-        m_working->stop();
+    stopWorker();
     if (m_worker.valid())
         m_worker.wait(); // it reads the library, which may go when the dialog has gone
+}
+
+void CLiveCount::stopWorker()
+{
+    if (m_working)
+        m_working->stop();
+    if (m_reading)
+        *m_reading = true;
 }
 
 void CLiveCount::setTheme(gis::CTheme* theme)
@@ -74,8 +86,8 @@ void CLiveCount::check()
 {
     m_stepTimer.stop();
     m_startTimer.stop();
-    if (m_working)
-        m_working->stop();
+    stopWorker();
+    m_isReadingWanted = false;
     m_count.reset();
     const FilterCheck checked = checkFilter(m_filter);
     if (checked.isFilter && m_library && m_theme) {
@@ -89,6 +101,55 @@ void CLiveCount::check()
 }
 
 void CLiveCount::start()
+{
+    m_isReadingWanted = m_library->Extension(gis::ColumnsExtension) != nullptr;
+    if (m_isReadingWanted)
+        startReading();
+    else
+        count();
+}
+
+/// What the filter names may still lie in a file: it is read before the counting begins.
+void CLiveCount::startReading()
+{
+    if (m_worker.valid())
+        return; // one at a time: the running one's end starts this one
+    m_isReadingWanted = false;
+    const auto root = parseFilter(m_filter.toStdString(), ErrorReport::Silent).root;
+    if (!root)
+        return;
+    m_reading = std::make_shared<std::atomic<bool>>(false);
+    auto* columns = static_cast<gis::IColumns*>(m_library->Extension(gis::ColumnsExtension));
+    runAside([columns, table = m_library->GetTable(m_theme),
+                 fields = fieldsOf(m_library, m_theme, *root), stop = m_reading] {
+        readColumns(columns, table, fields, [&stop](double) { return !*stop; });
+        return 0;
+    });
+}
+
+/// Runs work on another thread; `onWorkerDone` follows. Where no thread is to be had the line stays
+/// empty: without a count one can ask as well.
+void CLiveCount::runAside(const std::function<int()>& work)
+{
+    const auto told = [this, work] {
+        int found = NotCounted;
+        try {
+            found = work();
+        } catch (...) { // out of memory, or whatever a host's columns throw
+        }
+        QMetaObject::invokeMethod(this, &CLiveCount::onWorkerDone, Qt::QueuedConnection);
+        return found;
+    };
+    try {
+        m_worker = std::async(std::launch::async, told);
+    } catch (const std::system_error&) {
+        m_working.reset();
+        m_reading.reset();
+        show({});
+    }
+}
+
+void CLiveCount::count()
 {
     try {
         m_count = CFilterCount::make(*m_library, m_theme, m_filter.toStdString());
@@ -114,34 +175,26 @@ void CLiveCount::startWorker()
     if (m_worker.valid())
         return; // one at a time: the running one's end starts this one
     m_working = m_count;
-    const auto work = [this, count = m_working] {
-        int found = NotCounted;
-        try {
-            found = count->countColumns();
-        } catch (...) { // the same
-        }
-        QMetaObject::invokeMethod(this, &CLiveCount::onWorkerDone, Qt::QueuedConnection);
-        return found;
-    };
-    try {
-        m_worker = std::async(std::launch::async, work);
-    } catch (const std::system_error&) { // no thread to be had: without a count one can ask as well
-        m_working.reset();
-        show({});
-    }
+    runAside([counting = m_working] { return counting->countColumns(); });
 }
 
 void CLiveCount::onWorkerDone()
 {
     const int found = m_worker.get();
-    const bool isWanted = m_working == m_count;
-    m_working.reset();
-    if (isWanted && m_count && found == NotCounted)
+    const auto wasReading = std::exchange(m_reading, nullptr);
+    const auto worked = std::exchange(m_working, nullptr);
+    if (m_isReadingWanted) {
+        startReading();
+    } else if (wasReading) {
+        if (!*wasReading)
+            count();
+    } else if (worked == m_count && m_count && found == NotCounted) {
         show({});
-    else if (isWanted && m_count)
+    } else if (worked == m_count && m_count) {
         showCount(found);
-    else if (m_count && m_count->isByColumns())
+    } else if (m_count && m_count->isByColumns()) {
         startWorker();
+    }
 }
 
 void CLiveCount::step()

@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <atomic>
+#include <functional>
 #include <future>
 
 namespace query {
@@ -41,8 +43,12 @@ Q_SIGNALS:
 private:
     void check();
     void start();
+    void startReading();
+    void count();
     void startWorker();
     void onWorkerDone();
+    void runAside(const std::function<int()>& work);
+    void stopWorker();
     void step();
     void show(LiveState state);
     void showCount(int found);
@@ -59,6 +65,9 @@ private:
     std::shared_ptr<CFilterCount> m_count;
     std::future<int> m_worker;
     std::shared_ptr<CFilterCount> m_working;
+    /// Set while the worker reads columns; true stops it.
+    std::shared_ptr<std::atomic<bool>> m_reading;
+    bool m_isReadingWanted = false;
 };
 
 } // namespace query

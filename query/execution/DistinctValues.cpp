@@ -283,9 +283,9 @@ std::optional<DistinctValues> distinctValuesByCell(
     if (!hasField(library, theme, fieldIndex))
         return std::nullopt;
     DistinctValues result;
-    // A tree stays whole under an order that is none (mixed kinds), which sorting does not; but only
-    // `insert` looks for its place in one way: other calls take hints, which such an order makes
-    // wrong.
+    // A tree stays whole under an order that is none (mixed kinds), which sorting does not; but
+    // only `insert` looks for its place in one way: other calls take hints, which such an order
+    // makes wrong.
     std::map<orv::CPolyValue, std::int64_t, ValueOrder> counts;
     const int entityCount = library.GetNoEnts(theme);
     for (int i = 0; i < entityCount; ++i) {

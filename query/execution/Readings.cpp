@@ -18,20 +18,45 @@ bool isReadable(gis::CLibGis& library, gis::CDBTable* table, int fieldIndex)
     return !readings || readings->IsReadable(table, fieldIndex);
 }
 
+std::vector<int> fieldsOf(gis::CLibGis* library, gis::CTheme* theme, CEEExpression& filter)
+{
+    gis::CDBTable* const table = library && theme ? library->GetTable(theme) : nullptr;
+    std::vector<int> fields;
+    if (!table)
+        return fields;
+    const FieldSymbols symbols = makeFieldSymbols(library, table);
+    for (FilterName& name : filterNames(filter, *symbols.table)) {
+        CEESymbol* const symbol = name.isFunction ? nullptr : symbols.table->GetSymbol(name.name);
+        const auto found = std::find(symbols.fields.begin(), symbols.fields.end(), symbol);
+        const int index = static_cast<int>(found - symbols.fields.begin());
+        if (symbol && found != symbols.fields.end()
+            && std::find(fields.begin(), fields.end(), index) == fields.end())
+            fields.push_back(index);
+    }
+    return fields;
+}
+
+bool readColumns(gis::IColumns* columns, gis::CDBTable* table, const std::vector<int>& fields,
+    const std::function<bool(double)>& goesOn)
+{
+    for (std::size_t i = 0; columns && table && i < fields.size(); ++i) {
+        if (!goesOn(static_cast<double>(i) / static_cast<double>(fields.size())))
+            return false;
+        gis::ColumnView view;
+        static_cast<void>(columns->GetColumn(table, fields[i], view));
+    }
+    return true;
+}
+
 std::optional<orv::String> unreadableField(
     gis::CLibGis* library, gis::CTheme* theme, CEEExpression& filter)
 {
     gis::CDBTable* const table = library && theme ? library->GetTable(theme) : nullptr;
     if (!table || !library->Extension(gis::ReadingsExtension))
         return std::nullopt;
-    const FieldSymbols symbols = makeFieldSymbols(library, table);
-    for (FilterName& name : filterNames(filter, *symbols.table)) {
-        CEESymbol* const symbol = name.isFunction ? nullptr : symbols.table->GetSymbol(name.name);
-        const auto found = std::find(symbols.fields.begin(), symbols.fields.end(), symbol);
-        if (symbol && found != symbols.fields.end()
-            && !isReadable(*library, table, static_cast<int>(found - symbols.fields.begin())))
-            return name.name;
-    }
+    for (const int field : fieldsOf(library, theme, filter))
+        if (!isReadable(*library, table, field))
+            return library->GetFieldName(library->GetField(table, field));
     return std::nullopt;
 }
 

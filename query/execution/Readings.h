@@ -3,8 +3,10 @@
 #pragma once
 
 #include "host/expr/Expression.h"
+#include "host/gis/Columns.h"
 #include "host/gis/Types.h"
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -12,6 +14,16 @@ namespace query {
 
 /// False when the host says that the cells of this field could not be read.
 [[nodiscard]] bool isReadable(gis::CLibGis& library, gis::CDBTable* table, int fieldIndex);
+
+/// The fields that a filter names, by their indexes in the theme's table.
+[[nodiscard]] std::vector<int> fieldsOf(
+    gis::CLibGis* library, gis::CTheme* theme, CEEExpression& filter);
+
+/// Asks the host for columns, so that one that still lies in a file is in memory when it is needed;
+/// `goesOn(fraction)` is asked before each. False when it was stopped. Nothing where the host
+/// offers no columns. Thread: any, while the library does not change.
+bool readColumns(gis::IColumns* columns, gis::CDBTable* table, const std::vector<int>& fields,
+    const std::function<bool(double)>& goesOn);
 
 /// The name of the first field of a filter whose cells could not be read; nothing when all could,
 /// and for hosts that do not say.

@@ -113,8 +113,8 @@ void CSubDlgFieldList::onRename()
         return;
     const QString text = m_ui->id2017->text();
     const QString standard = m_ui->id2015->currentText();
-    const bool isStandard = m_ui->id2015->currentIndex() == row + 1
-        && standard == m_ui->id2015->itemText(row + 1);
+    const bool isStandard
+        = m_ui->id2015->currentIndex() == row + 1 && standard == m_ui->id2015->itemText(row + 1);
     m_values[static_cast<std::size_t>(row)] = kit::fromQt(text);
     m_ui->id2016->item(row)->setText(text);
     m_ui->id2015->setItemText(row + 1, text);

@@ -146,7 +146,8 @@ bool acceptCellText(gis::CLibGis& library, const GridField& field, orv::String& 
         const orv::CPolyValue day = valueOfCellText(text, field.format);
         const orv::String shown = cellText(day, 0);
         if (valueOfCellText(shown, field.format) == day)
-            text = shown; // a year before 1000 stays as typed: shown with fewer digits it is no date
+            text
+                = shown; // a year before 1000 stays as typed: shown with fewer digits it is no date
         return true;
     }
     default:

@@ -181,8 +181,7 @@ void CDlgTableList::onEdited(const QModelIndex& index, const QString& text)
         return;
     m_isEditEnding = true;
     gis::CDBTable* const table = tableOf(index.row());
-    m_editRefusal = m_list.rename(
-        table, kit::fromQt(text, m_list.library()->GetTableName(table)));
+    m_editRefusal = m_list.rename(table, kit::fromQt(text, m_list.library()->GetTableName(table)));
     QMetaObject::invokeMethod(this, &CDlgTableList::finishEdit, Qt::QueuedConnection);
 }
 
