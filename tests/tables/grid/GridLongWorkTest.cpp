@@ -4,9 +4,8 @@
 #include "tables/grid/GridView.h"
 
 #include "tests/support/RecordingLibrary.h"
+#include "tests/support/SlowColumns.h"
 #include "tests/support/ui/CancelProgress.h"
-
-#include "host/gis/Columns.h"
 
 #include <gtest/gtest.h>
 
@@ -20,31 +19,7 @@
 namespace {
 
 using support::CRecordingLibrary;
-
-/// Columns that take their time, like those of a large file on a slow disk.
-class CSlowColumns final : public gis::IColumns {
-public:
-    CSlowColumns(gis::IColumns* columns, int milliseconds)
-        : m_columns(columns)
-        , m_delay(milliseconds)
-    {
-    }
-    bool GetColumn(gis::CDBTable* table, int fieldIndex, gis::ColumnView& view) override
-    {
-        ++asked;
-        std::this_thread::sleep_for(m_delay);
-        return m_columns->GetColumn(table, fieldIndex, view);
-    }
-    bool GetEntityRuns(gis::CTheme* theme, gis::EntityRunsView& view) override
-    {
-        return m_columns->GetEntityRuns(theme, view);
-    }
-    std::atomic<int> asked = 0;
-
-private:
-    gis::IColumns* m_columns;
-    std::chrono::milliseconds m_delay;
-};
+using support::CSlowColumns;
 
 class GridLongWorkTest : public testing::Test {
 protected:
