@@ -4,6 +4,7 @@
 
 #include "host/base/Dates.h"
 #include "host/gis/Columns.h"
+#include "host/gis/Readings.h"
 
 #include <ctime>
 #include <random>
@@ -231,6 +232,20 @@ TEST_P(RowsContract, ColumnsFollowWrittenCells)
         ASSERT_TRUE(columns->GetColumn(table, field, view));
         ASSERT_EQ(support::describe(valueOf(view, row)), support::describe(value));
     }
+}
+
+TEST_P(RowsContract, WhatIsInMemoryIsReadable)
+{
+    gis::CLibGis& library = make("table T (t text, i integer); rows T: ('x', 1), (-, -)");
+    auto* readings = static_cast<gis::IReadings*>(library.Extension(gis::ReadingsExtension));
+    if (!readings)
+        GTEST_SKIP() << "this host does not say what could be read";
+    gis::CDBTable* table = library.GetTable(0);
+
+    EXPECT_TRUE(readings->IsReadable(table, 0));
+    EXPECT_TRUE(readings->IsReadable(table, 1));
+    EXPECT_TRUE(readings->IsReadable(table, 2)) << "no field, so nothing of it is missing";
+    EXPECT_TRUE(readings->IsReadable(nullptr, 0));
 }
 
 TEST_P(RowsContract, UnknownExtensionsAreNull)
