@@ -30,6 +30,10 @@ CDlgShowTable::CDlgShowTable(gis::CLibGis* library, gis::CDBTable* table, QWidge
     connect(m_ui->id1, &QPushButton::clicked, this, &CDlgShowTable::accept);
     connect(m_ui->id2, &QPushButton::clicked, this, &CDlgShowTable::reject);
     m_grid->Fill();
+    // "Annulla" while the table was being read: it is not to be opened. Once the window runs, for
+    // there is nothing to be closed before.
+    if (!m_grid->areColumnsRead())
+        QMetaObject::invokeMethod(this, &QDialog::reject, Qt::QueuedConnection);
 }
 
 CDlgShowTable::~CDlgShowTable() = default;

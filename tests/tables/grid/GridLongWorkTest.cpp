@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
 #include "tables/grid/CtrlShowTable.h"
+#include "tables/grid/DlgShowTable.h"
 #include "tables/grid/GridView.h"
 
 #include "tests/support/RecordingLibrary.h"
 #include "tests/support/SlowColumns.h"
 #include "tests/support/ui/CancelProgress.h"
+
+#include "kit/ModalRun.h"
 
 #include <gtest/gtest.h>
 
@@ -74,6 +77,20 @@ TEST_F(GridLongWorkTest, SlowReadingShowsItselfAndWhenStoppedCellsAreReadAsTheyA
     EXPECT_EQ(text(0, 6), "y");
     EXPECT_EQ(text(1, 7), "8");
     EXPECT_TRUE(grid->Save());
+    EXPECT_TRUE(library.changes().empty());
+}
+
+TEST_F(GridLongWorkTest, ATableWhoseReadingIsStoppedIsNotOpened)
+{
+    library.offerColumns();
+    columns.emplace(static_cast<gis::IColumns*>(library.Extension(gis::ColumnsExtension)), 80);
+    library.offer(gis::ColumnsExtension, static_cast<gis::IColumns*>(&*columns));
+    const ui::CancelWhenShown cancel;
+
+    CDlgShowTable dialog(&library, library.GetTable(0));
+
+    EXPECT_FALSE(kit::runModal(dialog));
+    EXPECT_GE(cancel.seen, 1);
     EXPECT_TRUE(library.changes().empty());
 }
 
