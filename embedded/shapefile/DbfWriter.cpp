@@ -147,32 +147,28 @@ public:
 
     void tell(Report& report) const
     {
-        if (m_rounded > 0) {
-            Finding rounded;
-            rounded.subject = m_field->name.Bytes();
-            rounded.count = m_rounded;
-            rounded.code = FindingCode::NumberRounded;
-            report.add(std::move(rounded));
-        }
-        if (m_invalid > 0) {
-            Finding invalid;
-            invalid.subject = m_field->name.Bytes();
-            invalid.count = m_invalid;
-            invalid.code = FindingCode::TextInvalid;
-            report.add(std::move(invalid));
-        }
-        if (m_inexact == 0)
-            return;
-        Finding finding;
-        finding.subject = m_field->name.Bytes();
-        finding.count = m_inexact;
-        finding.code = m_layout.type == 'C'
-            ? FindingCode::TextCut
-            : (m_layout.type == 'D' ? FindingCode::DateCut : FindingCode::NumberCut);
-        report.add(std::move(finding));
+        tell(report, FindingCode::NumberRounded, m_rounded);
+        tell(report, FindingCode::TextInvalid, m_invalid);
+        const bool isDate = m_layout.type == 'D';
+        tell(report,
+            m_layout.type == 'C' ? FindingCode::TextCut
+                : isDate         ? FindingCode::DateCut
+                                 : FindingCode::NumberCut,
+            m_inexact);
     }
 
 private:
+    void tell(Report& report, FindingCode code, std::int64_t count) const
+    {
+        if (count == 0)
+            return;
+        Finding finding;
+        finding.code = code;
+        finding.subject = m_field->name.Bytes();
+        finding.count = count;
+        report.add(std::move(finding));
+    }
+
     void putRight(std::string_view text, char* cell) const
     {
         const auto width = static_cast<std::size_t>(m_layout.widthBytes);

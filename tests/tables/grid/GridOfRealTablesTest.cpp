@@ -4,10 +4,9 @@
 #include "tables/grid/DlgShowTable.h"
 #include "tables/grid/GridView.h"
 
-#include "embedded/model/Library.h"
-#include "embedded/shapefile/Shapefile.h"
 #include "embedded/store/GeoPackage.h"
 #include "tests/support/LibraryNotation.h"
+#include "tests/support/RealTables.h"
 #include "tests/support/ui/ModalDriver.h"
 
 #include "host/base/Dates.h"
@@ -19,9 +18,6 @@
 #include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <cstdlib>
-#include <filesystem>
 
 // The grid over the embedded library, with tables as offices have them.
 
@@ -105,8 +101,9 @@ public:
             orv::CPolyValue before = valueAt(0, field);
             for (int row = 1; row < rows; ++row) {
                 orv::CPolyValue value = valueAt(row, field);
-                const bool isInOrder = before.IsEmpty() ? value.IsEmpty()
-                                                        : value.IsEmpty() || !isBefore(value, before);
+                const bool isInOrder = before.IsEmpty()
+                    ? value.IsEmpty()
+                    : value.IsEmpty() || !isBefore(value, before);
                 ASSERT_TRUE(isInOrder) << "field " << field << ", row " << row;
                 before = std::move(value);
             }
@@ -128,34 +125,24 @@ private:
     CDlgShowTable m_dialog;
 };
 
-std::filesystem::path dataFolder()
-{
-    const char* given = std::getenv("TEMATICA_TEST_DATA");
-    return given ? given : TEMATICA_DEFAULT_TEST_DATA;
-}
-
 TEST(GridOfRealTablesTest, CellsShowWhatTheLibraryAnswersAndSavingUntouchedChangesNothing)
 {
-    if (!std::filesystem::exists(dataFolder()))
+    if (support::realDataFolder().empty())
         GTEST_SKIP() << "no test data at TEMATICA_TEST_DATA";
     int tables = 0;
-    for (const auto& file : std::filesystem::recursive_directory_iterator(dataFolder())) {
-        if (file.path().extension() != ".shp" || file.file_size() > 3'000'000)
+    for (const auto& file : support::realShapefiles()) {
+        const auto library = support::realTable(file);
+        if (!library)
             continue;
-        gis::CLibGis library;
-        embedded::Report report;
-        if (!embedded::importShapefile(library, file.path().string(), {}, nullptr, nullptr, report)
-            || library.GetTable(0)->fieldCount() == 0)
-            continue;
-        SCOPED_TRACE(file.path().filename().string());
+        SCOPED_TRACE(file.filename().string());
         ++tables;
-        const std::string before = support::printTable(*library.GetTable(0));
-        RealGrid real(library);
+        const std::string before = support::printTable(*library->GetTable(0));
+        RealGrid real(*library);
         real.checkTexts();
         real.checkSorting();
         ui::press(real.dialog(), 1);
         EXPECT_EQ(real.dialog().result(), QDialog::Accepted);
-        EXPECT_EQ(support::printTable(*library.GetTable(0)), before);
+        EXPECT_EQ(support::printTable(*library->GetTable(0)), before);
         if (testing::Test::HasFatalFailure())
             return;
     }

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tables/structure/DlgTableEdit.h"
 
-#include "embedded/model/Library.h"
-#include "embedded/shapefile/Shapefile.h"
 #include "tests/support/LibraryNotation.h"
+#include "tests/support/RealTables.h"
 #include "tests/support/ui/ModalDriver.h"
 
 #include <gtest/gtest.h>
@@ -14,8 +13,6 @@
 #include <QTableView>
 #include <QTest>
 
-#include <cstdlib>
-#include <filesystem>
 #include <functional>
 
 namespace {
@@ -87,23 +84,17 @@ void editAndUndo(gis::CLibGis& library, orv::CChangeTransactionManager& changes)
 
 TEST(StructureOfRealTablesTest, EachUndoBringsBackEveryCell)
 {
-    const char* given = std::getenv("TEMATICA_TEST_DATA");
-    const std::filesystem::path data(given ? given : TEMATICA_DEFAULT_TEST_DATA);
-    if (!std::filesystem::exists(data))
+    if (support::realDataFolder().empty())
         GTEST_SKIP() << "no test data at TEMATICA_TEST_DATA";
     int tables = 0;
-    for (const auto& file : std::filesystem::recursive_directory_iterator(data)) {
-        if (file.path().extension() != ".shp" || file.file_size() > 3'000'000)
-            continue;
+    for (const auto& file : support::realShapefiles()) {
         orv::CChangeTransactionManager changes;
-        gis::CLibGis library(&changes);
-        embedded::Report report;
-        if (!embedded::importShapefile(library, file.path().string(), {}, nullptr, nullptr, report)
-            || library.GetTable(0)->fieldCount() == 0)
+        const auto library = support::realTable(file, &changes);
+        if (!library)
             continue;
-        SCOPED_TRACE(file.path().filename().string());
+        SCOPED_TRACE(file.filename().string());
         ++tables;
-        editAndUndo(library, changes);
+        editAndUndo(*library, changes);
     }
     EXPECT_GT(tables, 20);
 }
