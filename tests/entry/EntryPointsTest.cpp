@@ -4,6 +4,8 @@
 
 #include "host/gis/LibGis.h"
 
+#include "tests/support/LibraryNotation.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QTimer>
@@ -12,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
 
@@ -26,6 +29,16 @@ private:
     char m_name[11] = "entry_test";
     char* m_arguments[2] = { m_name, nullptr };
     QApplication m_application { m_argumentCount, m_arguments };
+};
+
+/// A library with one row of one entity, and what the functions need of it.
+struct Town {
+    std::unique_ptr<gis::CLibGis> library = support::makeLibrary(
+        "table Strade (nome text); rows Strade: ('Via Roma'); theme Vie: points 2d on Strade;"
+        "ents Vie: 0 [0 0]");
+    gis::CDBTable* table = library->GetTable(0);
+    gis::CTheme* theme = library->GetTheme(0);
+    orv::CResultRow* row = library->GetRow(table, 0);
 };
 
 void callAllWithNull()
@@ -67,9 +80,11 @@ TEST(EntryPointsTest, WithoutAnApplicationNothingIsShown)
     EXPECT_TRUE(FImportEnt(&library, nullptr));
     EXPECT_TRUE(FDlgShowTableGIS(&library, table));
     EXPECT_TRUE(FDlgQuery(0, nullptr, &library));
+    const Town town;
+    EXPECT_FALSE(FDlgCompileTableGIS(town.library.get(), town.theme, town.row));
     std::string lines;
     for (const char* function : { "FDlgTableListGIS", "FDlgTableEditGIS", "FDlgThemeListGIS",
-             "FExportEnt", "FImportEnt", "FDlgShowTableGIS", "FDlgQuery" })
+             "FExportEnt", "FImportEnt", "FDlgShowTableGIS", "FDlgQuery", "FDlgCompileTableGIS" })
         lines += std::string("tematica: ") + function
             + ": the process has no QApplication, no dialog is shown\n";
     EXPECT_EQ(testing::internal::GetCapturedStderr(), lines);
@@ -147,6 +162,58 @@ TEST(EntryPointsTest, TheAttributeGridOpensAndAnswersTrueHoweverItEnds)
 
     EXPECT_EQ(names, QStringList { QStringLiteral("CDlgShowTable") });
     EXPECT_TRUE(answer);
+    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty()) << "something was left open";
+}
+
+TEST(EntryPointsTest, EachObjectThatIsMissingGivesTheCancelledAnswerAndNoDialog)
+{
+    const Application application;
+    const Town town;
+    gis::CLibGis* const library = town.library.get();
+    struct Call {
+        const char* name;
+        bool expected;
+        std::function<bool()> function;
+    };
+    const Call calls[] = {
+        { "compile, no library", false,
+            [&] { return FDlgCompileTableGIS(nullptr, town.theme, town.row); } },
+        { "compile, no theme", false,
+            [&] { return FDlgCompileTableGIS(library, nullptr, town.row); } },
+        { "compile, no row", false,
+            [&] { return FDlgCompileTableGIS(library, town.theme, nullptr); } },
+        { "structure, no library", false, [&] { return FDlgTableEditGIS(nullptr, town.table); } },
+        { "structure, no table", false, [&] { return FDlgTableEditGIS(library, nullptr); } },
+        { "grid, no library", true, [&] { return FDlgShowTableGIS(nullptr, town.table); } },
+        { "grid, no table", true, [&] { return FDlgShowTableGIS(library, nullptr); } },
+        { "query, no library", true, [] { return FDlgQuery(7, nullptr, nullptr); } },
+    };
+    testing::internal::CaptureStderr();
+    for (const Call& call : calls) {
+        bool answer = !call.expected;
+        const auto names = namesOfDialogsDuring([&] { answer = call.function(); });
+        EXPECT_EQ(answer, call.expected) << call.name;
+        EXPECT_TRUE(names.isEmpty()) << call.name;
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "a null is no fault of the process";
+    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
+}
+
+TEST(EntryPointsTest, TheFormOpensAndAnswersFalseWhenCancelledTrueOnOk)
+{
+    const Application application;
+    const Town town;
+    bool answer = true;
+    const auto names = namesOfDialogsDuring(
+        [&] { answer = FDlgCompileTableGIS(town.library.get(), town.theme, town.row); });
+    EXPECT_EQ(names, QStringList { QStringLiteral("CDlgCompileTable") });
+    EXPECT_FALSE(answer);
+
+    QTimer::singleShot(20, [] {
+        if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+            dialog->accept();
+    });
+    EXPECT_TRUE(FDlgCompileTableGIS(town.library.get(), town.theme, town.row));
     EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty()) << "something was left open";
 }
 

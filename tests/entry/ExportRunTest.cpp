@@ -101,20 +101,70 @@ TEST(ExportFolderTest, TheSeparatorFollowsTheFoldersOwnStyle)
         EXPECT_EQ(withSeparator(folder).Bytes(), expected) << folder;
 }
 
-/// What the host's export says of each theme, and the folders that it was given.
+/// What the host's export says of each theme, and what it was called with.
 struct HostExport {
+    struct Call {
+        gis::CLibGis* library;
+        gis::CTheme* theme;
+        std::string folder;
+        int maxTextBytes;
+        int coordinates;
+        IExportFileCallback* overwrite;
+        int errorFlags;
+        bool operator==(const Call&) const = default;
+    };
     bool isDone = false;
     int errorFlags = 0;
-    std::vector<std::string> folders;
+    std::vector<Call> calls;
+
+    [[nodiscard]] std::vector<std::string> folders() const
+    {
+        std::vector<std::string> all;
+        for (const Call& call : calls)
+            all.push_back(call.folder);
+        return all;
+    }
 };
 HostExport hostExport;
 
-bool exportAsTold(gis::CLibGis*, gis::CTheme*, const orv::String& folder, int, int,
-    IExportFileCallback*, int& errorFlags)
+bool exportAsTold(gis::CLibGis* library, gis::CTheme* theme, const orv::String& folder,
+    int maxTextBytes, int coordinates, IExportFileCallback* overwrite, int& errorFlags)
 {
-    hostExport.folders.push_back(folder.Bytes());
+    hostExport.calls.push_back(
+        { library, theme, folder.Bytes(), maxTextBytes, coordinates, overwrite, errorFlags });
     errorFlags = hostExport.errorFlags;
     return hostExport.isDone;
+}
+
+TEST_F(ExportRunTest, TheHostGetsWhatWasChosenForEachThemeInOrder)
+{
+    gis::CTheme* const first = theme("A");
+    gis::CTheme* const second = theme("B");
+    for (const auto& [maxTextBytes, coordinates] :
+        { std::pair { 17, 2 }, { 254, 1 }, { 100, 0 } }) {
+        hostExport = { true, 3, {} }; // flags that the next theme must not see
+        exportThemes(
+            m_library, { "out", { second, first }, maxTextBytes, coordinates }, m_overwrite,
+            [](int, const orv::String&) { ADD_FAILURE() << "warned"; }, &exportAsTold);
+        EXPECT_EQ(hostExport.calls,
+            (std::vector<HostExport::Call> {
+                { &m_library, second, "out", maxTextBytes, coordinates, &m_overwrite, 0 },
+                { &m_library, first, "out", maxTextBytes, coordinates, &m_overwrite, 0 },
+            }));
+    }
+}
+
+TEST_F(ExportRunTest, WithoutAChoiceTextsHaveAHundredBytesAndCoordinatesAreTheThemes)
+{
+    hostExport = { true, 0, {} };
+    ExportChoice choice;
+    choice.folder = "out";
+    choice.themes = { theme("A") };
+    exportThemes(
+        m_library, choice, m_overwrite, [](int, const orv::String&) {}, &exportAsTold);
+    ASSERT_EQ(hostExport.calls.size(), 1u);
+    EXPECT_EQ(hostExport.calls.front().maxTextBytes, 100);
+    EXPECT_EQ(hostExport.calls.front().coordinates, 0);
 }
 
 TEST_F(ExportRunTest, EachFlagNamesItsFileAndTheChangedFolderGoesOn)
@@ -143,7 +193,7 @@ TEST_F(ExportRunTest, EachFlagNamesItsFileAndTheChangedFolderGoesOn)
             },
             &exportAsTold);
         EXPECT_EQ(warnings, each.warnings);
-        EXPECT_EQ(hostExport.folders, each.folders);
+        EXPECT_EQ(hostExport.folders(), each.folders);
     }
 }
 
@@ -205,6 +255,57 @@ TEST_F(ImportRunTest, OnlyARenamedTableAndAMissingFileAreTold)
     EXPECT_EQ(warningsOf(&importAsTold<true, 1>), none);
     EXPECT_EQ(warningsOf(&importAsTold<true, 0>), none);
     EXPECT_EQ(warningsOf(&importAsTold<false, 7>), none);
+}
+
+class CUnusedLink final : public gis::ILinkImportedEnt {
+    void OnEntImported(gis::CTheme*, gis::CEnt*) override { }
+};
+
+/// What the host's import was called with.
+struct HostImport {
+    gis::CLibGis* library = nullptr;
+    std::string path;
+    std::string tableName = "not asked";
+    int resultCode = -1;
+    gis::ILinkImportedEnt* link = nullptr;
+    gis::IGisMerger* merger = nullptr;
+    TOpzImportShape options;
+};
+HostImport hostImport;
+
+bool importAndRemember(gis::CLibGis* library, const orv::String& path, orv::String& tableName,
+    int* resultCode, gis::ILinkImportedEnt* link, gis::IGisMerger* merger, TOpzImportShape& options)
+{
+    hostImport = { library, path.Bytes(), tableName.Bytes(), *resultCode, link, merger, options };
+    return true;
+}
+
+TEST_F(ImportRunTest, TheHostGetsWhatWasChosen)
+{
+    CUnusedLink link;
+    const auto noWarning = [](int, const orv::String&) { ADD_FAILURE() << "warned"; };
+    const auto import = [&](gis::ILinkImportedEnt* given, const TOpzImportShape& options) {
+        hostImport = {};
+        importShapefile(m_library, given, m_merger, { "/dati/Citt\xC3\xA0 %s.shp", options },
+            noWarning, &importAndRemember);
+    };
+    import(&link, { true, 4, 9 });
+    EXPECT_EQ(hostImport.library, &m_library);
+    EXPECT_EQ(hostImport.path, "/dati/Citt\xC3\xA0 %s.shp");
+    EXPECT_EQ(hostImport.tableName, "") << "is the host's answer";
+    EXPECT_EQ(hostImport.resultCode, 0);
+    EXPECT_EQ(hostImport.link, &link);
+    EXPECT_EQ(hostImport.merger, &m_merger);
+    EXPECT_TRUE(hostImport.options.createPoints);
+    EXPECT_EQ(hostImport.options.nameField, 4);
+    EXPECT_EQ(hostImport.options.codeField, 9);
+
+    import(nullptr, { false, -2, -1 });
+    EXPECT_EQ(hostImport.link, nullptr) << "a host may have none";
+    EXPECT_EQ(hostImport.merger, &m_merger);
+    EXPECT_FALSE(hostImport.options.createPoints);
+    EXPECT_EQ(hostImport.options.nameField, -2);
+    EXPECT_EQ(hostImport.options.codeField, -1);
 }
 
 } // namespace

@@ -83,6 +83,39 @@ TEST(SymbolChooserTest, CancelledOrWithNothingChosenTheIdStays)
     EXPECT_FALSE(FDlgSceltaSymbol(nullptr, nullptr, nullptr, id));
 }
 
+/// A host that numbers its symbols with gaps.
+class CGappedSymbols final : public CDocSymbolManager {
+public:
+    CSymbol* GetSymbol(int id) override
+    {
+        return id == 3 || id == 7 || id == 40 ? CDocSymbolManager::GetSymbol(0) : nullptr;
+    }
+};
+
+TEST(SymbolChooserTest, ASymbolIsItsNumberWhateverItsRow)
+{
+    CGappedSymbols symbols;
+    int id = 7;
+    ui::CModalDriver driver;
+    driver.dialog("FDlgSceltaSymbol", [](QDialog& dialog) {
+        QListWidget& list = listOf(dialog);
+        ASSERT_EQ(list.count(), 3);
+        EXPECT_EQ(list.currentRow(), 1) << "begins with the present one";
+        EXPECT_EQ(list.item(2)->text(), QStringLiteral("40"));
+        list.setCurrentRow(2);
+        ui::press(dialog, 1);
+    });
+    EXPECT_TRUE(FDlgSceltaSymbol(nullptr, nullptr, &symbols, id));
+    EXPECT_EQ(id, 40);
+
+    driver.dialog("FDlgSceltaSymbol", [](QDialog& dialog) {
+        listOf(dialog).setCurrentRow(0);
+        ui::press(dialog, 1);
+    });
+    EXPECT_TRUE(FDlgSceltaSymbol(nullptr, nullptr, &symbols, id));
+    EXPECT_EQ(id, 3);
+}
+
 TEST(SymbolChooserTest, SymbolsAreSeenOnDarkGroundToo)
 {
     const QPalette before = QApplication::palette();

@@ -226,4 +226,88 @@ TEST_F(DlgCompileTableTest, TheFunctionAnswersTrueForOkOnly)
     }
 }
 
+TEST_F(DlgCompileTableTest, AThemeWithoutATableOffersOnlyToGoAway)
+{
+    gis::CTheme* theme = library.GetTheme(0);
+    orv::CResultRow* row = library.GetRow(library.GetEnt(theme, 0));
+    library.answer("GetTable", static_cast<gis::CDBTable*>(nullptr));
+    library.clearCalls();
+    ui::CModalDriver driver;
+    driver.dialog("CDlgCompileTable", [](QDialog& dialog) {
+        EXPECT_FALSE(ui::at<QWidget>(dialog, 1).isEnabled());
+        EXPECT_EQ(dialog.findChild<QWidget*>(QStringLiteral("id1000")), nullptr);
+        EXPECT_EQ(ui::at<QLineEdit>(dialog, 2086).text(), QStringLiteral("Vie <b>%1"));
+        EXPECT_EQ(ui::at<QLineEdit>(dialog, 2087).text(), QString());
+        dialog.resize(600, 300);
+        ui::press(dialog, 1);
+        QTest::keyClick(&dialog, Qt::Key_Return);
+        dialog.accept();
+        EXPECT_TRUE(dialog.isVisible()) << "there is nothing to be written";
+        ui::press(dialog, 2);
+    });
+    EXPECT_FALSE(FDlgCompileTableGIS(&library, theme, row));
+    EXPECT_TRUE(library.changes().empty());
+}
+
+TEST_F(DlgCompileTableTest, TheControlKeepsItsMarginsInTheDialog)
+{
+    const auto dialog = make();
+    const auto marginsOf = [&dialog](int id) {
+        const QWidget& control = ui::at<QWidget>(*dialog, id);
+        const QPoint topLeft = control.mapTo(dialog.get(), QPoint());
+        return QMargins(topLeft.x(), topLeft.y(), dialog->width() - topLeft.x() - control.width(),
+            dialog->height() - topLeft.y() - control.height());
+    };
+    const QMargins before = marginsOf(1000);
+    EXPECT_EQ(before.left(), before.right());
+    EXPECT_GT(before.left(), 0);
+    EXPECT_LE(before.left(), 30) << "it takes the width";
+    EXPECT_GT(before.top(), marginsOf(2087).top()) << "below the names";
+    EXPECT_GT(before.bottom(), dialog->height() - ui::at<QWidget>(*dialog, 1).y())
+        << "above the buttons";
+    for (const QSize size : { QSize(800, 700), QSize(300, 260), QSize(519, 488) }) {
+        dialog->resize(size);
+        QApplication::processEvents();
+        EXPECT_EQ(marginsOf(1000), before) << size.width() << " x " << size.height();
+    }
+}
+
+TEST_F(DlgCompileTableTest, WithoutAParentItStandsOverTheActiveWindow)
+{
+    QWidget active;
+    active.setGeometry(130, 90, 620, 560);
+    active.show();
+    active.activateWindow();
+    QApplication::processEvents();
+    ASSERT_EQ(QApplication::activeWindow(), &active);
+    gis::CTheme* theme = library.GetTheme(0);
+    orv::CResultRow* row = library.GetRow(library.GetEnt(theme, 0));
+    ui::CModalDriver driver;
+    driver.dialog("CDlgCompileTable", [&](QDialog& dialog) {
+        const QPoint off = dialog.frameGeometry().center() - active.frameGeometry().center();
+        EXPECT_LE(off.manhattanLength(), 4) << off.x() << ", " << off.y();
+        EXPECT_EQ(dialog.size(), QSize(519, 488));
+        EXPECT_EQ(dialog.parentWidget(), nullptr) << "the window is the host's";
+        ui::press(dialog, 2);
+    });
+    FDlgCompileTableGIS(&library, theme, row);
+}
+
+TEST_F(DlgCompileTableTest, WithoutAnyWindowItStandsInTheMiddleOfTheScreen)
+{
+    ASSERT_EQ(QApplication::activeWindow(), nullptr);
+    gis::CTheme* theme = library.GetTheme(0);
+    orv::CResultRow* row = library.GetRow(library.GetEnt(theme, 0));
+    ui::CModalDriver driver;
+    driver.dialog("CDlgCompileTable", [](QDialog& dialog) {
+        const QPoint off
+            = dialog.frameGeometry().center() - dialog.screen()->availableGeometry().center();
+        constexpr int frameOfAWindow = 40; // which is not known before it is shown
+        EXPECT_LE(qAbs(off.x()), frameOfAWindow);
+        EXPECT_LE(qAbs(off.y()), frameOfAWindow);
+        ui::press(dialog, 2);
+    });
+    FDlgCompileTableGIS(&library, theme, row);
+}
+
 } // namespace

@@ -1,25 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
-#include "host/controls/GisTableCtrl.h"
+#include "tests/tables/form/RowTesting.h"
 
 #include "kit/Colours.h"
 #include "kit/texts/QtText.h"
-#include "tests/support/LibraryNotation.h"
-#include "tests/support/ui/ModalDriver.h"
 
-#include "host/base/ChangeManager.h"
-#include "host/gis/LibGis.h"
-
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QScrollArea>
-#include <QTest>
 #include <QWheelEvent>
 
+using formtest::Refused;
 using orv::CPolyValue;
 
 namespace {
@@ -28,52 +16,10 @@ constexpr const char* Town = "table T (nome text required, attiva boolean, corsi
                              "max 8, larghezza decimal 2 "
                              "min 0, tipo list ('A', 'B'), rilievo date, area decimal 1 from area);"
                              "rows T: ('Via Roma', yes, 2, 3.14159, 'B', 01/02/2015, 12.34)";
-const QString Refused = QStringLiteral("ll valore inseito non rispetta i vincoli inseriti");
 
-class RowControlTest : public testing::Test {
+class RowControlTest : public formtest::RowControl {
 protected:
-    void open(const char* notation = Town)
-    {
-        library = support::makeLibrary(notation, &changes);
-        row = library->GetRow(library->GetTable(0), 0);
-        control = GisTableCtrl_Create(
-            library.get(), library->GetTable(0), row, QRect(0, 0, 400, 300), &window, 1000, true);
-        ASSERT_NE(control, nullptr);
-        window.resize(400, 300);
-        window.show();
-        window.activateWindow();
-        QApplication::processEvents();
-    }
-    ~RowControlTest() override { GisTableCtrl_Destroy(control); }
-
-    QLineEdit& edit(int field)
-    {
-        return *control->findChild<QLineEdit*>(QStringLiteral("field%1").arg(field));
-    }
-    QComboBox& combo(int field)
-    {
-        return *control->findChild<QComboBox*>(QStringLiteral("field%1").arg(field));
-    }
-    CPolyValue value(int field)
-    {
-        CPolyValue stored;
-        library->GetRowValue(row, field, stored);
-        return stored;
-    }
-    void expectRefused(const QString& message, int field)
-    {
-        ui::CModalDriver driver;
-        driver.box(message, kit::Answer::Ok);
-        EXPECT_FALSE(GisTableCtrl_Commit(control, true));
-        EXPECT_EQ(window.focusWidget(), &edit(field));
-        EXPECT_FALSE(changes.CanUndo()) << "nothing is written";
-    }
-
-    orv::CChangeTransactionManager changes;
-    QWidget window;
-    std::unique_ptr<gis::CLibGis> library;
-    orv::CResultRow* row = nullptr;
-    QWidget* control = nullptr;
+    void open(const char* notation = Town) { RowControl::open(notation); }
 };
 
 TEST_F(RowControlTest, EachFieldHasAnEditorForItsFormat)
