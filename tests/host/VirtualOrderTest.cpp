@@ -14,6 +14,8 @@
 #include "host/gis/Readings.h"
 #include "host/gis/TableEdit.h"
 #include "host/gis/ThemeMapEdit.h"
+#include "tematica/GisMerger.h"
+#include "tematica/QueryExecute.h"
 
 #include <gtest/gtest.h>
 
@@ -125,6 +127,17 @@ TEST(VirtualOrderTest, TheMergerIsCalledInTheOrderOfAnImport)
             slotOf(&IGisMerger::GetTable), slotOf(&IGisMerger::OnLoadTheme) }),
         (Slots { 0, 1, 2, 3 }));
     EXPECT_EQ(sizeOfTable<IGisMerger>(), 6) << "its destructor is the last";
+}
+
+TEST(VirtualOrderTest, TheClassesThatHostsDriveHaveNoOperationsOfTheirOwn)
+{
+    using gis::CGisMerger;
+    EXPECT_EQ(
+        (Slots { slotOf(&CGisMerger::OnBeforeLoadTable), slotOf(&CGisMerger::OnAfterLoadTable),
+            slotOf(&CGisMerger::GetTable), slotOf(&CGisMerger::OnLoadTheme) }),
+        (Slots { 0, 1, 2, 3 }));
+    EXPECT_EQ(sizeOfTable<CGisMerger>(), sizeOfTable<gis::IGisMerger>());
+    EXPECT_EQ(sizeOfTable<CQueryExecute>(), AfterDestructor);
 }
 
 TEST(VirtualOrderTest, TheOverwriteQuestionIsTheOnlyOperation)

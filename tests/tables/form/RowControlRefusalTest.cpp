@@ -135,6 +135,12 @@ TEST_F(RowControlRefusalTest, LongElementsOfAListDoNotWidenTheForm)
         EXPECT_GE(left, 0) << field;
         EXPECT_LE(left + one.width(), area().viewport()->width()) << field;
     }
+    const QLabel& label = *control->findChildren<QLabel*>().first();
+    EXPECT_LT(label.mapTo(control, QPoint()).y(),
+        editor(0).mapTo(control, QPoint()).y() + editor(0).height())
+        << "beside its list, as all names are";
+    EXPECT_GT(label.mapTo(control, QPoint()).y() + label.height(),
+        editor(0).mapTo(control, QPoint()).y());
     EXPECT_TRUE(GisTableCtrl_Commit(control, true));
     EXPECT_EQ(value(0), CPolyValue(element.c_str())) << "and comes back whole";
 }

@@ -111,7 +111,7 @@ TEST_F(DlgTableEditRulesTest, OkLooksAtTheNamesFirstAndLeavesThePageAsItWasTyped
 
     EXPECT_EQ(driver.stepsTaken(), 1);
     EXPECT_TRUE(dialog->isVisible());
-    EXPECT_EQ(page("CSubDlgFieldInt"), shown) << "the same page, not one made anew";
+    ASSERT_EQ(page("CSubDlgFieldInt"), shown) << "the same page, not one made anew";
     EXPECT_EQ(ui::at<QLineEdit>(*shown, 2012).text(), QStringLiteral("abc"));
     EXPECT_TRUE(required().isChecked());
     EXPECT_TRUE(library->changes().empty());
