@@ -116,8 +116,8 @@ TEST_F(DlgQueryCasesTest, ValuesOfOtherKindsThanTheirNeighboursGoByTheirTexts)
     open();
     // As texts "10" < "9" < "abc": the integer 9 and the text "9" are one value.
     answer(0,
-        { orv::CPolyValue(orv::String("abc")), orv::CPolyValue(9), orv::CPolyValue(orv::String("9")),
-            orv::CPolyValue(orv::String("10")) });
+        { orv::CPolyValue(orv::String("abc")), orv::CPolyValue(9),
+            orv::CPolyValue(orv::String("9")), orv::CPolyValue(orv::String("10")) });
 
     click(fields(), 0);
 
