@@ -8,6 +8,7 @@
 
 #include <array>
 #include <forward_list>
+#include <optional>
 #include <typeinfo>
 #include <utility>
 
@@ -15,17 +16,26 @@ using embedded::Operand;
 
 namespace {
 
-/// An operator that waits for an operand.
+/// An operator that waits for an operand, or a call that waits for an argument.
 struct Pending {
-    const CEEExpressionBinOp* binary = nullptr; // null for a unary operator
-    const CEEExpressionUnOp* unary = nullptr;
-    bool hasLeft = false;
+    const CEEExpressionBinOp* binary = nullptr;
+    const CEEExpressionUnOp* unary = nullptr; // both null: the last of the open calls
+    bool hasLeft = false; // of a call: an argument is being computed
     Operand left;
+    [[nodiscard]] bool isCall() const { return !binary && !unary; }
 };
 
-/// The operators between a node and the one looked at. Most filters need no more than the places
-/// inside, so that a row costs no allocation; the others have all the memory there is, so that no
-/// filter is too deep for the stack of the thread that a host calls from.
+/// A call whose arguments are not all there yet.
+struct OpenCall {
+    const std::vector<CEEExpression*>& nodes;
+    CEESymbol* function;
+    std::vector<CEEResult> arguments;
+    std::size_t next = 0;
+};
+
+/// The operators and calls between a node and the one looked at. Most filters need no more than the
+/// places inside, so that a row costs no allocation; the others have all the memory there is, so
+/// that no filter is too deep for the stack of the thread that a host calls from.
 class PendingStack {
 public:
     [[nodiscard]] bool isEmpty() const { return m_count == 0; }
@@ -56,7 +66,18 @@ CEESymbol* findSymbol(CEESymbolProvider& provider, const orv::String& name)
     return provider.GetSymbol(copy);
 }
 
-/// One evaluation of a tree of operators.
+void store(const Operand& value, CEEResult& result)
+{
+    if (value.type == orv::PolyBool) {
+        result.SetElemBool(value.number.asBool);
+        return;
+    }
+    orv::CPolyValue element;
+    embedded::storeOperand(value, element);
+    result.SetElem(std::move(element));
+}
+
+/// One evaluation of a tree of operators and calls.
 class Evaluation {
 public:
     explicit Evaluation(CEESymbolProvider* provider)
@@ -73,19 +94,82 @@ public:
         m_pending.push().unary = &root;
         return runFrom(root.GetOperand());
     }
-    [[nodiscard]] const Operand& value() const { return m_value; }
+    bool run(const CEEExpressionFun& root)
+    {
+        CEEExpression* next = nullptr;
+        return beginCall(root) && climb(next) && (!next || runFrom(next));
+    }
+    /// The value computed last, to whoever waits for it; what a call gave as it gave it.
+    void giveTo(CEEResult& result)
+    {
+        if (!m_called)
+            return store(m_value, result);
+        result = std::move(*m_called);
+        m_called.reset();
+    }
 
 private:
     bool runFrom(CEEExpression* node)
     {
         do {
-            if (!evaluateLeaf(descend(node)))
+            node = descend(node);
+            const auto* call = CEEExpressionTree::asFun(node);
+            if (!(call ? beginCall(*call) : evaluateLeaf(node)) || !climb(node))
                 return false; // a failing operand fails whatever stands above it
-            node = nullptr;
-            while (!node && !m_pending.isEmpty())
-                if (!ascend(node))
-                    return false;
         } while (node);
+        return true;
+    }
+
+    bool climb(CEEExpression*& next)
+    {
+        next = nullptr;
+        while (!next && !m_pending.isEmpty())
+            if (!(m_pending.top().isCall() ? continueCall(next) : ascend(next)))
+                return false;
+        return true;
+    }
+
+    bool beginCall(const CEEExpressionFun& call)
+    {
+        orv::String name(call.GetName()); // a provider may change it, and threads share the node
+        CEESymbol* function = m_provider ? m_provider->GetFunction(name) : nullptr;
+        if (!function)
+            return false;
+        const auto& nodes = call.GetArguments();
+        m_calls.push_back({ nodes, function, std::vector<CEEResult>(nodes.size()) });
+        m_pending.push();
+        return true;
+    }
+
+    /// Computes the arguments up to one that is an operator or a call, which is `next`; after the
+    /// last one the call itself.
+    bool continueCall(CEEExpression*& next)
+    {
+        OpenCall& call = m_calls.back();
+        bool& isWaiting = m_pending.top().hasLeft;
+        if (std::exchange(isWaiting, false))
+            giveTo(call.arguments[call.next++]);
+        for (; call.next < call.nodes.size(); ++call.next) {
+            CEEExpression* node = call.nodes[call.next];
+            if (CEEExpressionTree::asBinOp(node) || CEEExpressionTree::asUnOp(node)
+                || CEEExpressionTree::asFun(node)) {
+                isWaiting = true;
+                next = node;
+                return true;
+            }
+            if (!node || !node->Eval(m_provider, call.arguments[call.next]))
+                return false;
+        }
+        CEEResult result;
+        if (!call.function->Eval(
+                static_cast<int>(call.arguments.size()), call.arguments.data(), result))
+            return false;
+        m_calls.pop_back();
+        m_pending.pop();
+        if (m_pending.isEmpty() || m_pending.top().isCall())
+            m_called.emplace(std::move(result));
+        else
+            take(std::move(result));
         return true;
     }
 
@@ -167,20 +251,11 @@ private:
 
     CEESymbolProvider* m_provider;
     PendingStack m_pending;
+    std::vector<OpenCall> m_calls;
     Operand m_value;
+    std::optional<CEEResult> m_called; // what a call gave, where no operator asked for it
     std::forward_list<CEEResult> m_texts;
 };
-
-void store(const Operand& value, CEEResult& result)
-{
-    if (value.type == orv::PolyBool) {
-        result.SetElemBool(value.number.asBool);
-        return;
-    }
-    orv::CPolyValue element;
-    embedded::storeOperand(value, element);
-    result.SetElem(std::move(element));
-}
 
 template <typename Node>
 bool evaluateTree(const Node& root, CEESymbolProvider* provider, CEEResult& result)
@@ -188,7 +263,7 @@ bool evaluateTree(const Node& root, CEESymbolProvider* provider, CEEResult& resu
     Evaluation evaluation(provider);
     if (!evaluation.run(root))
         return false;
-    store(evaluation.value(), result);
+    evaluation.giveTo(result);
     return true;
 }
 
@@ -202,6 +277,12 @@ bool CEEExpressionTree::evaluate(
 
 bool CEEExpressionTree::evaluate(
     const CEEExpressionUnOp& root, CEESymbolProvider* provider, CEEResult& result)
+{
+    return evaluateTree(root, provider, result);
+}
+
+bool CEEExpressionTree::evaluate(
+    const CEEExpressionFun& root, CEESymbolProvider* provider, CEEResult& result)
 {
     return evaluateTree(root, provider, result);
 }

@@ -169,8 +169,7 @@ CEEExpressionFun::CEEExpressionFun(const orv::String& name, std::vector<CEEExpre
 
 CEEExpressionFun::~CEEExpressionFun()
 {
-    for (CEEExpression* argument : m_arguments)
-        delete argument;
+    CEEExpressionTree::deleteChildren(*this);
 }
 
 int CEEExpressionFun::GetType()
@@ -180,15 +179,7 @@ int CEEExpressionFun::GetType()
 
 bool CEEExpressionFun::Eval(CEESymbolProvider* provider, CEEResult& result)
 {
-    orv::String name(m_name);
-    CEESymbol* function = provider ? provider->GetFunction(name) : nullptr;
-    if (!function)
-        return false;
-    std::vector<CEEResult> values(m_arguments.size());
-    for (std::size_t index = 0; index < m_arguments.size(); ++index)
-        if (!m_arguments[index] || !m_arguments[index]->Eval(provider, values[index]))
-            return false;
-    return function->Eval(static_cast<int>(values.size()), values.data(), result);
+    return CEEExpressionTree::evaluate(*this, provider, result);
 }
 
 orv::String CEEExpressionFun::ToString() const

@@ -109,7 +109,8 @@ void CEEExpressionTree::deleteChildren(CEEExpressionUnOp& node) noexcept
 void CEEExpressionTree::deleteChildren(CEEExpressionBinOp& node) noexcept
 {
     // The tree is turned to the right node by node until it is a list, which is then cut from its
-    // head: each node is turned once and deleted once.
+    // head: each node is turned once and deleted once. A call is turned about its last argument and
+    // keeps the list in the place of its first one, which is looked at last.
     while (true) {
         if (auto* unary = asUnOp(node.m_left)) {
             node.m_left = std::exchange(unary->m_operand, nullptr);
@@ -119,6 +120,11 @@ void CEEExpressionTree::deleteChildren(CEEExpressionBinOp& node) noexcept
             left->m_left = left->m_right;
             left->m_right = node.m_right;
             node.m_right = left;
+        } else if (auto* call = asFun(node.m_left); call && !call->m_arguments.empty()) {
+            auto& arguments = call->m_arguments;
+            node.m_left = std::exchange(arguments.back(), arguments.front());
+            arguments.front() = node.m_right;
+            node.m_right = call;
         } else if (node.m_left) {
             delete std::exchange(node.m_left, nullptr);
         } else if (auto* negation = asUnOp(node.m_right)) {
@@ -128,9 +134,25 @@ void CEEExpressionTree::deleteChildren(CEEExpressionBinOp& node) noexcept
             node.m_left = std::exchange(right->m_left, nullptr);
             node.m_right = std::exchange(right->m_right, nullptr);
             delete right;
+        } else if (auto* last = asFun(node.m_right); last && !last->m_arguments.empty()) {
+            auto& arguments = last->m_arguments;
+            (arguments.size() > 1 ? node.m_left : node.m_right) = arguments.back();
+            arguments.pop_back();
+            if (arguments.empty())
+                delete last;
         } else {
             delete std::exchange(node.m_right, nullptr);
             return;
         }
     }
+}
+
+void CEEExpressionTree::deleteChildren(CEEExpressionFun& node) noexcept
+{
+    CEEExpressionBinOp list(EEAdd, nullptr, nullptr);
+    for (CEEExpression* argument : node.m_arguments) {
+        list.m_left = argument;
+        deleteChildren(list);
+    }
+    node.m_arguments.clear();
 }

@@ -3,7 +3,8 @@
 #pragma once
 
 // Work over whole trees without recursion: chains of operators grow to the left with the length of
-// a filter, and a host may call from a thread with a small stack.
+// a filter, calls nest as deep as the parser allows, and a host may call from a thread with a small
+// stack.
 
 #include "host/expr/Expression.h"
 
@@ -16,6 +17,8 @@ public:
         const CEEExpressionBinOp& root, CEESymbolProvider* provider, CEEResult& result);
     static bool evaluate(
         const CEEExpressionUnOp& root, CEESymbolProvider* provider, CEEResult& result);
+    static bool evaluate(
+        const CEEExpressionFun& root, CEESymbolProvider* provider, CEEResult& result);
     /// Copy of a tree; null of null.
     static CEEExpression* clone(CEEExpression* root);
     /// The tree in the filter language, with the brackets that it needs to be read back.
@@ -25,6 +28,7 @@ public:
     /// Deletes the nodes below. Neither recurses nor allocates, so it cannot fail.
     static void deleteChildren(CEEExpressionUnOp& node) noexcept;
     static void deleteChildren(CEEExpressionBinOp& node) noexcept;
+    static void deleteChildren(CEEExpressionFun& node) noexcept;
 
     /// Which classes count as a node of this library: only its own, since what derives from them
     /// evaluates and copies itself, or also those, where the node itself has asked for the work.

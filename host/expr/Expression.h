@@ -72,10 +72,11 @@ protected:
 };
 
 /// Base of all expression nodes. The order of the virtual operations is the binary contract with
-/// hosts. Nodes own their children and do not change once built. Chains of binary operators that
-/// grow to the left are evaluated, cloned and destroyed in a loop, so that a filter of 200,000
-/// terms needs no deep stack. Rules of evaluation: docs/filter-language.md. Thread: a tree may be
-/// evaluated by several threads, each with its own provider.
+/// hosts. Nodes own their children and do not change once built. Operators and calls are evaluated,
+/// cloned, written and destroyed in a loop, so that neither a filter of 200,000 terms nor calls
+/// nested as deep as the parser allows need a deep stack. Rules of evaluation:
+/// docs/filter-language.md. Thread: a tree may be evaluated by several threads, each with its own
+/// provider.
 class TEMATICA_HOST_API CEEExpression {
 public:
     CEEExpression() = default;

@@ -2,39 +2,21 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/embedded/expr/Trees.h"
+#include "tests/support/SmallStack.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 
-#include <pthread.h>
-
 namespace {
 
 using namespace trees;
 using orv::CPolyValue;
+using support::runOnStack;
 
 constexpr int Terms = 200000;
 
-/// Runs on a stack of its own size, since a host may call from any thread.
-void runOnStack(std::size_t sizeBytes, const std::function<void()>& act)
-{
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, sizeBytes), 0);
-    pthread_t thread {};
-    auto run = [](void* given) -> void* {
-        (*static_cast<const std::function<void()>*>(given))();
-        return nullptr;
-    };
-    auto* argument = const_cast<std::function<void()>*>(&act);
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, argument), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
-}
-
 constexpr std::size_t SmallStack = 256 * 1024;
-constexpr std::size_t WorkerStack = 4 * 1024 * 1024; // what worker threads commonly get
 
 CEEExpression* equality(int value)
 {
@@ -138,17 +120,121 @@ public:
     [[nodiscard]] bool IsFunction() const override { return true; }
 };
 
-TEST_F(DeepTreeTest, CallsNestedAsDeepAsTheParserAllowsAreEvaluatedOnAWorkersStack)
+TEST_F(DeepTreeTest, NestedCallsAreEvaluatedCopiedWrittenAndDestroyedOnASmallStack)
 {
     table.AddSymbol("f", new Identity);
-    // Its stack of 10,000 places takes two for each f(.
-    runOnStack(WorkerStack, [this] {
+    runOnStack(SmallStack, [this] {
         symbol->SetElemValue(CPolyValue(1));
         CEEExpression* calls = variable("a");
-        for (int index = 0; index < 5000; ++index)
+        for (int index = 0; index < Terms; ++index)
             calls = call("f", { calls });
-        EXPECT_EQ(valueOf(*Node(calls)), gives(1));
+        Node tree(calls);
+        EXPECT_EQ(valueOf(*tree), gives(1));
+        const Node copy(tree->Clone());
+        tree.reset();
+        EXPECT_EQ(copy->ToString().Length(), 3 * Terms + 1);
+        EXPECT_EQ(valueOf(*copy), gives(1));
     });
+}
+
+TEST_F(DeepTreeTest, CallsWithOperatorsInsideAreEvaluatedCopiedAndDestroyedOnASmallStack)
+{
+    table.AddSymbol("f", new Identity);
+    runOnStack(SmallStack, [this] {
+        symbol->SetElemValue(CPolyValue(1));
+        CEEExpression* toTheRight = variable("a");
+        CEEExpression* toTheLeft = variable("a");
+        CEEExpression* negated = binary(EEEqual, variable("a"), constant(1));
+        for (int index = 0; index < Terms; ++index) {
+            toTheRight = call("f", { binary(EEAdd, constant(1), toTheRight) });
+            toTheLeft = binary(EEAdd, call("f", { toTheLeft }), constant(1));
+            negated = negation(call("f", { negated }));
+        }
+        for (CEEExpression* tree : { toTheRight, toTheLeft }) {
+            const Node owner(tree);
+            EXPECT_EQ(valueOf(*Node(tree->Clone())), gives(Terms + 1));
+        }
+        EXPECT_EQ(valueOf(*Node(negated)), gives(true));
+    });
+}
+
+/// Adds its arguments up; fails without any.
+class Sum final : public CEESymbol {
+public:
+    bool Eval(int argumentCount, CEEResult* arguments, CEEResult& result) override
+    {
+        int sum = 0;
+        for (int index = 0; index < argumentCount; ++index)
+            sum += arguments[index].GetElem().GetInt32Value();
+        result.SetElem(CPolyValue(sum));
+        return argumentCount > 0;
+    }
+    [[nodiscard]] bool IsFunction() const override { return true; }
+};
+
+TEST_F(DeepTreeTest, CallsOfManyArgumentsMayNestInAnyOfThem)
+{
+    table.AddSymbol("sum", new Sum);
+    int alive = 0;
+    runOnStack(SmallStack, [&] {
+        const auto leaf = [&](int value) { return foreign(gives(value), nullptr, &alive); };
+        CEEExpression* tree = leaf(1);
+        for (int index = 0; index < Terms; ++index) {
+            std::vector<CEEExpression*> arguments(static_cast<std::size_t>(index % 4));
+            for (CEEExpression*& argument : arguments)
+                argument
+                    = index % 5 == 0 ? binary(EEAdd, leaf(0), call("sum", { leaf(1) })) : leaf(1);
+            arguments.insert(arguments.begin() + (index % 7) % (index % 4 + 1), tree);
+            tree = call("sum", std::move(arguments));
+        }
+        const Node owner(tree);
+        const Node copy(tree->Clone());
+        const int expected = 1 + (0 + 1 + 2 + 3) * (Terms / 4);
+        EXPECT_EQ(valueOf(*owner), gives(expected));
+        EXPECT_EQ(valueOf(*copy), gives(expected));
+    });
+    EXPECT_EQ(alive, 0);
+}
+
+TEST_F(DeepTreeTest, ACallThatFailsFailsWhateverStandsAroundIt)
+{
+    table.AddSymbol("f", new Identity);
+    table.AddSymbol("sum", new Sum);
+    symbol->SetElemValue(CPolyValue(1));
+    int asked = 0;
+    const auto counted = [&] { return foreign(gives(1), &asked); };
+
+    EXPECT_EQ(evaluate(call("f", { call("sum") }), &table), fails);
+    EXPECT_EQ(evaluate(call("sum", { call("unknown", { counted() }), counted() }), &table), fails);
+    EXPECT_EQ(asked, 0) << "who is not known gets no arguments, and nobody after him";
+    EXPECT_EQ(evaluate(call("sum", { counted(), nullptr, counted() }), &table), fails);
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(
+        evaluate(call("sum", { counted(), binary(EEDivide, constant(1), constant(0)) }), &table),
+        fails);
+    EXPECT_EQ(evaluate(call("f", { constant(1) }), nullptr), fails) << "nobody knows any name";
+    EXPECT_EQ(
+        evaluate(binary(EEAnd, constant(CPolyValue(false)), call("unknown")), &table), gives(false))
+        << "the right side is not asked";
+}
+
+TEST_F(DeepTreeTest, WhatACallGivesReachesTheNextCallAsItIs)
+{
+    table.AddSymbol("f", new Identity);
+    for (const CPolyValue& value :
+        { none, date(86400), list(), CPolyValue("testo"), CPolyValue(2.5), CPolyValue(true) }) {
+        symbol->SetElemValue(value);
+        const Outcome outcome
+            = evaluate(call("f", { call("f", { call("f", { variable("a") }) }) }), &table);
+        EXPECT_TRUE(outcome.succeeds);
+        EXPECT_EQ(outcome.value.GetType(), value.GetType());
+        EXPECT_EQ(outcome.value.GetStringValue(), value.GetStringValue());
+    }
+    symbol->SetElemValue(CPolyValue("testo"));
+    EXPECT_EQ(evaluate(binary(EEEqual, call("f", { call("f", { variable("a") }) }),
+                           call("f", { constant(CPolyValue("testo")) })),
+                  &table),
+        gives(true));
 }
 
 } // namespace
