@@ -8,7 +8,6 @@
 
 #include "host/base/Numbers.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <new>
@@ -84,17 +83,20 @@ bool fits(const std::string& prefix, std::string_view token)
 {
     const std::string text = prefix + ' ' + std::string(token);
     const ParseOutcome outcome = parseFilter(text, ErrorReport::Silent);
-    return outcome.status == 0 || outcome.errorPosition > static_cast<int>(text.size());
+    return outcome.status == 0 || static_cast<std::size_t>(outcome.errorPosition) > text.size();
 }
 
 } // namespace
 
 ParseOutcome parseFilter(std::string_view text, ErrorReport report)
 {
-    constexpr auto MaxLength = static_cast<std::size_t>(std::numeric_limits<int>::max());
+    // Positions are counted from 1, also that after the last byte.
+    constexpr auto MaxLength = static_cast<std::size_t>(std::numeric_limits<int>::max()) - 1;
     ParseOutcome outcome;
     try {
-        ParseContext context(text.data(), static_cast<int>(std::min(text.size(), MaxLength)));
+        if (text.size() > MaxLength)
+            throw std::bad_alloc(); // a condition cut short would pass for the whole
+        ParseContext context(text.data(), static_cast<int>(text.size()));
         outcome.status = tematica_filter_parse(context) == 0 ? 0 : 1;
         outcome.line = context.line();
         if (outcome.status != 0)

@@ -19,7 +19,7 @@ enum class ParseFailure {
     None,
     ParseError,
     StackOverflow, ///< Nested deeper than the parser's stack of 10,000 entries.
-    OutOfMemory,
+    OutOfMemory, ///< Also a text of 2 GB or more, whose bytes cannot be numbered.
 };
 
 /// What became of a parse.
@@ -32,7 +32,7 @@ struct ParseOutcome {
     int line = 0; ///< Line feeds seen.
 
     /// Where the parser stopped: the first byte, counted from 1, of the token it could not take;
-    /// one past the text when it misses something at the end. 0 when accepted.
+    /// one past the text when it misses something at the end. 0 when accepted, and out of memory.
     int errorPosition = 0;
     /// The token that did not fit; empty at the end of the text. Part of the text given.
     std::string_view unexpectedToken;

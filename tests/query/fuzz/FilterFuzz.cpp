@@ -19,6 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if ((outcome.status == 0 && !outcome.root)
         || (outcome.status != 0 && outcome.errorPosition < 1))
         std::abort();
+    if (outcome.status != 0) // what the message of a refused text is made of
+        (void)query::expectedAfter(text, outcome.errorPosition - 1);
     if (!outcome.root)
         return 0;
     CEESymbolTable symbols;

@@ -1,15 +1,19 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+#include "query/execution/FilterNames.h"
 #include "query/language/FilterParser.h"
 #include "tests/query/support/TreeText.h"
+#include "tests/support/SmallStack.h"
 
 #include "host/expr/Symbols.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,6 +28,10 @@ using query::ParseOutcome;
 /// The deepest nesting that the parser's stack of 10,000 entries holds.
 constexpr std::size_t DeepestNesting = 9995;
 constexpr std::size_t LongChain = 200000;
+/// As deep as calls with an operator inside go: each takes four places of that stack.
+constexpr int DeepestCalls = 2490;
+/// Less than any thread of a host has.
+constexpr std::size_t SmallStack = 512 * 1024;
 
 std::string nested(std::size_t depth)
 {
@@ -118,6 +126,63 @@ TEST(ParserLimitsTest, ACallMayHaveManyArguments)
     const auto* call = dynamic_cast<CEEExpressionFun*>(comparison->GetLeft());
     ASSERT_NE(call, nullptr);
     EXPECT_EQ(call->GetArguments().size(), LongChain);
+}
+
+/// Year(1+Year(1+ ..., not closed.
+std::string openCalls(int levels)
+{
+    std::string text;
+    for (int i = 0; i < levels; ++i)
+        text += "Year(1+";
+    return text + "A";
+}
+
+TEST(ParserLimitsTest, CallsNestedAsDeepAsTheParserAllowsNeedNoDeepStack)
+{
+    for (const int levels : { 1000, DeepestCalls }) {
+        const std::string text
+            = openCalls(levels) + std::string(static_cast<std::size_t>(levels), ')') + " = 1";
+        support::runOnStack(SmallStack, [&] {
+            ParseOutcome outcome = parseFilter(text, ErrorReport::Silent);
+            ASSERT_EQ(outcome.status, 0) << levels;
+            CEESymbolTable symbols;
+            auto* const variable = new CEESymbolConstVar;
+            symbols.AddSymbol("A", variable);
+            symbols.AddSymbol("Year", new CEESymbolFunDate(EEFunctionYear));
+            CEEResult result(true);
+            EXPECT_TRUE(outcome.root->Eval(&symbols, result)) << "no value, up to the top";
+            EXPECT_EQ(result.GetElemType(), orv::PolyEmpty);
+            const std::unique_ptr<CEEExpression> copy(outcome.root->Clone());
+            outcome.root.reset();
+            EXPECT_EQ(query::filterNames(*copy, symbols).size(), 2U);
+            variable->SetElemValue(orv::CPolyValue(7));
+            EXPECT_FALSE(copy->Eval(&symbols, result)) << "8 is no date";
+        });
+    }
+    EXPECT_EQ(parseFilter(openCalls(DeepestCalls + 10), ErrorReport::Silent).failure,
+        ParseFailure::StackOverflow);
+}
+
+TEST(ParserLimitsTest, ATextWhoseBytesCannotBeNumberedIsRefusedUnread)
+{
+    // Addresses without memory behind them, but for the page that is written to. Read to its first
+    // NUL byte it would be a filter.
+    constexpr std::size_t size = std::size_t(1) << 31;
+    void* const pages = mmap(
+        nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (pages == MAP_FAILED)
+        GTEST_SKIP() << "no addresses to be had";
+    std::memcpy(pages, "A = 1", 5);
+    const auto* text = static_cast<const char*>(pages);
+
+    for (const std::size_t tooMany : { size, size - 1 }) {
+        const ParseOutcome outcome = parseFilter({ text, tooMany }, ErrorReport::Silent);
+        EXPECT_EQ(outcome.status, 1) << tooMany;
+        EXPECT_EQ(outcome.root, nullptr) << tooMany;
+        EXPECT_EQ(outcome.failure, ParseFailure::OutOfMemory) << tooMany;
+    }
+    EXPECT_EQ(parseFilter({ text, size - 2 }, ErrorReport::Silent).status, 0);
+    munmap(pages, size);
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
