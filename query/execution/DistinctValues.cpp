@@ -243,8 +243,13 @@ bool isWhole(
     const gis::ColumnView& column, const gis::EntityRunsView& runs, gis::FieldFormat format)
 {
     const auto rows = plan::usedRowCount(runs);
-    return rows && *rows <= column.rowCount && plan::holdsFormat(column.kind, format)
-        && std::int64_t(column.chunkCount) * gis::ColumnChunkRows >= column.rowCount;
+    if (!rows || *rows > column.rowCount || !plan::holdsFormat(column.kind, format)
+        || std::int64_t(column.chunkCount) * gis::ColumnChunkRows < column.rowCount)
+        return false;
+    for (int i = 0, left = *rows; left > 0; ++i, left -= gis::ColumnChunkRows)
+        if (column.chunks[i].rowCount < std::min(left, gis::ColumnChunkRows))
+            return false;
+    return true;
 }
 
 bool hasField(gis::CLibGis& library, gis::CTheme* theme, int fieldIndex)
