@@ -471,6 +471,10 @@ IStore* Library::store() const
 {
     return m_data->store.get();
 }
+std::mutex& Library::columnsMutex() const
+{
+    return m_data->columnsMutex;
+}
 
 Result<void> Library::loadAll()
 {

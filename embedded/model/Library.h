@@ -17,6 +17,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -127,6 +128,8 @@ public:
     // Store
     void setStore(std::shared_ptr<IStore> store);
     [[nodiscard]] IStore* store() const;
+    /// Held while a column is read for the first time, since others may ask for columns meanwhile.
+    [[nodiscard]] std::mutex& columnsMutex() const;
     /// Reads everything that is still only in the store, also what could not be read before (before
     /// saving elsewhere or when the file must be let go). Errors: those of the store's reading.
     Result<void> loadAll();

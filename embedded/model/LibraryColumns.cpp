@@ -45,8 +45,8 @@ bool Library::GetColumn(gis::CDBTable* table, int fieldIndex, gis::ColumnView& v
 {
     if (!table || &table->library() != this || fieldIndex < 0 || fieldIndex >= table->fieldCount())
         return false;
-    const embedded::Column& column = table->column(fieldIndex); // may take its time
-    const std::lock_guard lock(m_data->columnsMutex);
+    const embedded::Column& column = table->column(fieldIndex);
+    const std::lock_guard lock(m_data->columnsMutex); // the view is kept in the column
     view = column.view();
     return true;
 }

@@ -43,7 +43,7 @@ struct Library::Data {
     Error failure;
     IProgress* progress = nullptr;
     std::map<std::string, void*, std::less<>> extensions;
-    std::mutex columnsMutex; // reading a column for the first time, while others ask for columns
+    std::mutex columnsMutex;
     struct Runs {
         int entityCount = -1;
         std::vector<gis::EntityRun> runs;

@@ -6,7 +6,7 @@
 #include "host/base/Numbers.h"
 
 #include <algorithm>
-#include <atomic>
+#include <mutex>
 
 namespace gis {
 
@@ -199,12 +199,11 @@ void CDBTable::truncateRows(int count)
 const embedded::Column& CDBTable::column(int fieldIndex)
 {
     ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
-    const std::atomic_ref<bool> isLoaded(slot.loaded);
-    if (isLoaded.load(std::memory_order_acquire))
+    if (slot.loaded)
         return slot.column;
-    const std::lock_guard lock(m_data->reading);
-    if (isLoaded.load(std::memory_order_relaxed))
-        return slot.column; // another thread was quicker
+    const std::lock_guard lock(m_data->library.columnsMutex());
+    if (slot.loaded) // by another thread meanwhile
+        return slot.column;
     embedded::Column read(slot.column.kind());
     embedded::IStore* store = m_data->library.store();
     const bool complete = store && store->readColumn(*this, *field(fieldIndex), read).ok()
@@ -215,7 +214,7 @@ const embedded::Column& CDBTable::column(int fieldIndex)
         read.appendEmpty(rowCount());
     }
     slot.column = std::move(read);
-    isLoaded.store(true, std::memory_order_release);
+    slot.loaded = true;
     return slot.column;
 }
 

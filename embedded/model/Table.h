@@ -87,6 +87,7 @@ public:
     void takeLoaded(int fieldIndex, embedded::Column column);
 
     /// The column, read from the store now if it was not yet; empty cells where reading failed.
+    /// Thread: any, while no changing call runs.
     [[nodiscard]] const embedded::Column& column(int fieldIndex);
     [[nodiscard]] bool isColumnLoaded(int fieldIndex) const;
     /// True when the column's cells are empty only because they could not be read.

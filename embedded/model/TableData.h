@@ -6,12 +6,32 @@
 #include "embedded/model/RecordArena.h"
 #include "embedded/model/Table.h"
 
+#include <atomic>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace embedded {
+
+/// Whether a column has been read: what the reader wrote before is seen by whoever finds it set.
+class LoadedFlag final {
+public:
+    LoadedFlag() = default;
+    LoadedFlag(const LoadedFlag& other)
+        : m_isLoaded(bool(other))
+    {
+    }
+    LoadedFlag& operator=(const LoadedFlag& other) { return *this = bool(other); }
+    LoadedFlag& operator=(bool isLoaded)
+    {
+        m_isLoaded.store(isLoaded, std::memory_order_release);
+        return *this;
+    }
+    operator bool() const { return m_isLoaded.load(std::memory_order_acquire); }
+
+private:
+    std::atomic<bool> m_isLoaded = true;
+};
 
 /// A column as a table holds it: read or not, and which cells changed since the last save.
 struct ColumnSlot {
@@ -20,7 +40,7 @@ struct ColumnSlot {
     {
     }
     Column column;
-    bool loaded = true;
+    LoadedFlag loaded;
     bool hasFailed = false; // it could not be read: empty cells stand in its place
     bool allChanged = true;
     std::vector<std::uint64_t> changed; // one bit a row, only while not allChanged
@@ -38,7 +58,6 @@ struct TableData {
     std::deque<gis::CField> pool; // every field the table ever had: handles outlive their deletion
     std::vector<gis::CField*> fields;
     std::vector<ColumnSlot> slots;
-    std::mutex reading; // of columns from the store, which several threads may ask for
     RecordArena<orv::CResultRow> rows;
     int storedRows = 0;
     bool structureChanged = true;

@@ -102,6 +102,39 @@ TEST_F(ThreadsTest, ColumnsAreReadByManyAtOnceAlsoForTheFirstTime)
     EXPECT_EQ(runs, 80);
 }
 
+TEST_F(ThreadsTest, CellsAreAskedForWhileOthersReadTheColumnsForTheFirstTime)
+{
+    for (int again = 0; again < 5; ++again) {
+        const auto library = opened();
+        auto* columns = static_cast<gis::IColumns*>(library->Extension(gis::ColumnsExtension));
+        gis::CDBTable* table = library->GetTable(0);
+        std::vector<std::int64_t> sums(3);
+        std::atomic<int> waiting { 4 };
+        const auto startTogether = [&waiting] {
+            for (--waiting; waiting > 0;)
+                std::this_thread::yield();
+        };
+        std::vector<std::jthread> readers;
+        for (std::size_t i = 0; i < sums.size(); ++i)
+            readers.emplace_back([&, i] {
+                startTogether();
+                sums[i] = sumOf(*columns, table, i % 2 == 0 ? 0 : 1);
+            });
+        startTogether();
+        orv::CPolyValue name; // as a grid shows them, on the library's own thread
+        orv::CPolyValue number;
+        library->GetRowValue(library->GetRow(table, 4), 0, name);
+        library->GetRowValue(library->GetRow(table, 4), 1, number);
+        readers.clear();
+
+        EXPECT_EQ(name, orv::CPolyValue("b"));
+        EXPECT_EQ(number, orv::CPolyValue(4));
+        EXPECT_EQ(sums[0], Rows - Rows / 3) << "codes of a and b";
+        EXPECT_EQ(sums[2], sums[0]);
+        EXPECT_GT(sums[1], 0);
+    }
+}
+
 TEST_F(ThreadsTest, ASnapshotIsReadWhileItsThemeGrowsAndShrinks)
 {
     const auto library = opened();
