@@ -4,6 +4,7 @@
 
 #include "embedded/model/ThemeClasses.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace embedded {
@@ -22,19 +23,30 @@ void joinIntervals(Classes& classes, gis::FieldFormat format)
     for (auto& one : classes) {
         if (one->low.IsEmpty())
             continue; // the default class, and that of rows without a value
-        if (before && format == gis::FieldFormat::Integer)
-            one->low = before->high.GetInt32Value() == std::numeric_limits<int>::max()
-                ? before->high
-                : orv::CPolyValue(before->high.GetInt32Value() + 1);
-        else if (before)
+        bool isLeft = true;
+        if (before && format == gis::FieldFormat::Integer) {
+            isLeft = before->high.GetInt32Value() < std::numeric_limits<int>::max();
+            if (isLeft)
+                one->low = before->high.GetInt32Value() + 1;
+        } else if (before)
             one->low = before->high;
-        const bool isLeft = one->low.GetDoubleValue() <= one->high.GetDoubleValue();
+        isLeft = isLeft && one->low.GetDoubleValue() <= one->high.GetDoubleValue();
         if (isLeft)
             before = one.get();
         else
             one.reset();
     }
     std::erase(classes, nullptr);
+}
+
+/// A limit among whole numbers; one beyond them all is the last of them.
+orv::CPolyValue wholeLimit(const orv::CPolyValue& limit)
+{
+    using Limits = std::numeric_limits<int>;
+    if (limit.GetType() != orv::PolyDouble)
+        return limit;
+    return orv::CPolyValue(
+        std::clamp(limit.GetDoubleValue(), double { Limits::min() }, double { Limits::max() }));
 }
 
 ThematicMap noMap()
@@ -94,6 +106,10 @@ void convertClassLimits(Library& library, const gis::CField& field, gis::FieldFo
         map.classes = copyClasses(theme->map.classes);
         for (auto& one : map.classes) {
             const bool hadLimits = !one->low.IsEmpty();
+            if (map.type == gis::MapType::Interval && to == gis::FieldFormat::Integer) {
+                one->low = wholeLimit(one->low);
+                one->high = wholeLimit(one->high);
+            }
             one->low = convertCell(one->low, field.format, to, field.decimalDigits());
             one->high = convertCell(one->high, field.format, to, field.decimalDigits());
             if (hadLimits && one->low.IsEmpty())

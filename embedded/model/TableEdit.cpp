@@ -157,6 +157,7 @@ public:
         return std::find(tables.begin(), tables.end(), table) != tables.end();
     }
 
+    [[nodiscard]] bool isToBeRead(int fieldIndex) const;
     [[nodiscard]] std::size_t columnsToRead() const;
     [[nodiscard]] bool isKept(const std::vector<FieldChange>& fields, const CField* field) const;
     [[nodiscard]] embedded::Error unreadable(int fieldIndex) const;
@@ -175,11 +176,16 @@ public:
     std::unordered_set<const CField*> known; // fields that the table had at the beginning
 };
 
+bool CCtrlDlgTableEdit::Impl::isToBeRead(int fieldIndex) const
+{
+    return !table->isColumnLoaded(fieldIndex) || table->isColumnFailed(fieldIndex);
+}
+
 std::size_t CCtrlDlgTableEdit::Impl::columnsToRead() const
 {
     std::size_t count = 0;
     for (int i = 0; i < table->fieldCount(); ++i)
-        count += table->isColumnLoaded(i) ? 0 : 1;
+        count += isToBeRead(i) ? 1 : 0;
     return count;
 }
 
@@ -196,7 +202,7 @@ embedded::Result<void> CCtrlDlgTableEdit::Impl::readColumns(
     const std::vector<FieldChange>& fields, ConversionProgress& progress) const
 {
     for (int i = 0; i < table->fieldCount(); ++i) {
-        if (table->isColumnLoaded(i) && !table->isColumnFailed(i))
+        if (!isToBeRead(i))
             continue;
         embedded::IStore* store = library->store();
         embedded::Column cells(embedded::columnKindOf(table->field(i)->format));

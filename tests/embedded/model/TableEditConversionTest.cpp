@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace {
 
@@ -147,6 +149,66 @@ TEST(TableEditCostTest, ACommitWithoutFormatChangesHasAnEmptyReport)
     ASSERT_TRUE(edit.Commit());
 
     EXPECT_TRUE(Library::of(library.get())->lastReport().findings.empty());
+}
+
+TEST(TableEditCostTest, NumbersWithoutDigitsAreEmptiedAndCountedAsSuch)
+{
+    orv::CChangeTransactionManager changes;
+    const auto library
+        = makeLibrary("table T (a decimal 2); rows T: (1), (1), (1), (1.5), (-)", &changes);
+    gis::CDBTable* table = library->GetTable(0);
+    table->columnForWriting(0).setDecimal(0, std::nan(""));
+    table->columnForWriting(0).setDecimal(1, std::numeric_limits<double>::infinity());
+    table->columnForWriting(0).setDecimal(2, -std::numeric_limits<double>::infinity());
+    CCtrlDlgTableEdit edit(library.get(), table);
+    edit.SetFieldFormat(edit.GetCurField(0), FieldFormat::Text);
+
+    ASSERT_TRUE(edit.Commit());
+
+    EXPECT_EQ(support::printRows(*table), "(-)\n(-)\n(-)\n('1.50')\n(-)\n");
+    EXPECT_EQ(table->column(0).emptyCount(), 4) << "no value, not a text of no characters";
+    EXPECT_EQ(printReport(Library::of(library.get())->lastReport()), "c a 1\ne! a 3\nu a 0\n");
+    ASSERT_TRUE(changes.Undo());
+    EXPECT_TRUE(std::isnan(table->column(0).decimalAt(0)));
+}
+
+/// The tables that the findings of a report are about, in order.
+std::vector<std::string> tablesOf(const embedded::Report& report)
+{
+    std::vector<std::string> names;
+    for (const auto& finding : report.findings)
+        if (names.empty() || names.back() != finding.detail)
+            names.push_back(finding.detail);
+    return names;
+}
+
+TEST(TableEditCostTest, StructuresChangedInOneStepAreOneReport)
+{
+    orv::CChangeTransactionManager changes;
+    const auto library = makeLibrary("table Strade (a text); rows Strade: ('1');"
+                                     "table Case (b text, c text); rows Case: ('due', '2')",
+        &changes);
+    Library& model = *Library::of(library.get());
+    const auto change = [&](const char* name, FieldFormat format) {
+        gis::CDBTable* table = library->FindTable(name);
+        CCtrlDlgTableEdit edit(library.get(), table);
+        edit.SetFieldFormat(edit.GetCurField(0), format);
+        EXPECT_TRUE(edit.Commit());
+    };
+    {
+        const orv::ChangeStep step(&changes, "Strutture");
+        model.beginReport(); // as who opens a step for several changes does
+        change("Strade", FieldFormat::Integer);
+        change("Case", FieldFormat::Integer);
+    }
+    EXPECT_EQ(tablesOf(model.lastReport()), (std::vector<std::string> { "Strade", "Case" }));
+    EXPECT_EQ(printReport(model.lastReport()), "c a 1\ne a 0\nu a 0\nc b 0\ne! b 1\nu b 0\n");
+
+    change("Case", FieldFormat::Decimal);
+    EXPECT_EQ(tablesOf(model.lastReport()), std::vector<std::string> { "Case" });
+    change("Strade", FieldFormat::Decimal);
+    EXPECT_EQ(tablesOf(model.lastReport()), std::vector<std::string> { "Strade" });
+    EXPECT_EQ(changes.UndoName(), orv::String("Struttura di Strade"));
 }
 
 /// Goes on until it was asked so many times; keeps what it was told.

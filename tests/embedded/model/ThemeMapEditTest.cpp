@@ -310,6 +310,32 @@ TEST(ThemeMapEditTest, AThemeThatIsGoneTakesNoMap)
     EXPECT_FALSE(map.Commit(nullptr));
 }
 
+TEST(ThemeMapEditTest, AThemeWhoseLastTraceIsGoneIsNotTouched)
+{
+    Mapped mapped("table T (n integer); theme Altro: lines on T");
+    mapped.library->SetThemeActive(mapped.library->FindTheme("Altro"));
+    gis::CTheme* theme = mapped.library->FindTheme("T");
+    CCtrlThemeMapEdit map(theme);
+    map.SetMapType(MapType::SingleValue);
+    ASSERT_TRUE(mapped.library->DeleteTheme(theme));
+    mapped.changes.Clear(); // nobody can take the deletion back: the theme's memory is let go
+
+    EXPECT_FALSE(map.Commit(nullptr));
+    EXPECT_FALSE(mapped.changes.CanUndo());
+}
+
+TEST(ThemeMapEditTest, AThemeDeletedWhereNothingIsRecordedIsNotTouched)
+{
+    const auto library
+        = makeLibrary("table T (n integer); theme Altro: lines on T active; theme T: points on T");
+    gis::CTheme* theme = library->FindTheme("T");
+    CCtrlThemeMapEdit map(theme);
+    map.SetMapType(MapType::SingleValue);
+    ASSERT_TRUE(library->DeleteTheme(theme));
+
+    EXPECT_FALSE(map.Commit(nullptr));
+}
+
 std::unique_ptr<CLibGis> libraryOfValues(int count)
 {
     support::LibraryPlan plan
