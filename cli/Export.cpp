@@ -63,6 +63,20 @@ bool isInTheWay(const std::vector<gis::CTheme*>& themes, const std::string& fold
     return isBlocked;
 }
 
+std::string stopped(const gis::CTheme& theme)
+{
+    return theme.name.Bytes() + ": stopped; this theme was not written";
+}
+
+/// Says of a theme that was not begun that it is not there.
+void leaveOut(gis::CTheme& theme, const std::string& folder, ReportFile& reportFile)
+{
+    std::string path;
+    embedded::shapefileExists(theme, folder, path);
+    reportFile.add(theme.name.Bytes(), path + ".shp", {}, stopped(theme));
+    tell(stopped(theme));
+}
+
 /// Exports one theme; true when it was written.
 bool exportTheme(gis::CTheme& theme, const std::string& folder, const ExportArguments& arguments,
     ReportFile& reportFile, Output& output)
@@ -76,9 +90,8 @@ bool exportTheme(gis::CTheme& theme, const std::string& folder, const ExportArgu
     tellWarnings(report, theme.name.Bytes());
     std::string failure;
     if (!result)
-        failure = result.error().code == ErrorCode::Cancelled
-            ? theme.name.Bytes() + ": stopped; this theme was not written"
-            : sentence(result.error());
+        failure = result.error().code == ErrorCode::Cancelled ? stopped(theme)
+                                                              : sentence(result.error());
     reportFile.add(theme.name.Bytes(), path + ".shp", report, failure);
     if (!result)
         tell(failure);
@@ -118,7 +131,7 @@ int runExport(const ExportArguments& arguments)
     bool isAllWritten = true;
     for (gis::CTheme* theme : themes.value()) {
         if (wasInterrupted()) { // also between two themes: what is left must not be missed
-            tell(theme->name.Bytes() + ": stopped; this theme was not written");
+            leaveOut(*theme, folder, reportFile);
             isAllWritten = false;
         } else if (!exportTheme(*theme, folder, arguments, reportFile, output)) {
             isAllWritten = false;

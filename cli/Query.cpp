@@ -157,9 +157,12 @@ int runQuery(const QueryArguments& arguments)
     std::vector<gis::CEnt*> found;
     execution.Execute(found);
     // A damaged page of the file must not pass for cells without a value.
-    if (!arguments.isCountOnly)
+    if (!arguments.isCountOnly) {
         for (const int position : positions.value())
             static_cast<void>(query::isReadable(lib, table, position));
+        if (arguments.format == Format::GeoJson)
+            static_cast<void>(theme.value()->geometry()); // nor for entities without a shape
+    }
     if (const embedded::Error* failed = failedRead(lib))
         return fail(*failed);
     if (!arguments.isCountOnly)
