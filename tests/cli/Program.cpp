@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <iterator>
 
 namespace cli_test {
@@ -63,6 +64,15 @@ std::vector<std::string> Folder::names() const
     return names;
 }
 
+std::map<std::string, std::string> Folder::bytes() const
+{
+    std::map<std::string, std::string> bytes;
+    for (const auto& entry : fs::recursive_directory_iterator(m_path))
+        if (entry.is_regular_file())
+            bytes[entry.path().string()] = contents(entry.path().string());
+    return bytes;
+}
+
 namespace {
 
 [[noreturn]] void become(const std::vector<std::string>& words)
@@ -102,11 +112,9 @@ std::string readAll(std::FILE* file)
     return text;
 }
 
-} // namespace
-
-namespace {
-
-Outcome runFor(const std::vector<std::string>& words, int interruptAfterMs)
+/// `meanwhile` is called with the program's number while it runs.
+Outcome runBeside(
+    const std::vector<std::string>& words, const std::function<void(pid_t)>& meanwhile)
 {
     std::FILE* out = std::tmpfile();
     std::FILE* err = std::tmpfile();
@@ -116,10 +124,7 @@ Outcome runFor(const std::vector<std::string>& words, int interruptAfterMs)
         redirect(STDERR_FILENO, err);
         become(words);
     }
-    if (interruptAfterMs >= 0) {
-        usleep(static_cast<useconds_t>(interruptAfterMs) * 1000);
-        kill(process, SIGINT);
-    }
+    meanwhile(process);
     Outcome outcome;
     outcome.exitCode = waitFor(process);
     outcome.out = readAll(out);
@@ -131,12 +136,32 @@ Outcome runFor(const std::vector<std::string>& words, int interruptAfterMs)
 
 Outcome run(const std::vector<std::string>& words)
 {
-    return runFor(words, -1);
+    return runBeside(words, [](pid_t) {});
 }
 
 Outcome runInterrupted(const std::vector<std::string>& words, int afterMs)
 {
-    return runFor(words, afterMs);
+    return runBeside(words, [afterMs](pid_t process) {
+        usleep(static_cast<useconds_t>(afterMs) * 1000);
+        kill(process, SIGINT);
+    });
+}
+
+Outcome runSignalled(const std::vector<std::string>& words, const std::string& whenThere,
+    const std::vector<int>& signals)
+{
+    return runBeside(words, [&](pid_t process) {
+        // Until the file is there or the program has ended without making it.
+        siginfo_t ended {};
+        while (!fs::exists(whenThere) && ended.si_pid == 0) {
+            usleep(300);
+            waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT);
+        }
+        for (const int signal : signals) {
+            kill(process, signal);
+            usleep(2000);
+        }
+    });
 }
 
 Outcome runInto(

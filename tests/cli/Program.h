@@ -5,6 +5,7 @@
 // The command line as its users have it: the real program, run in a folder of its own.
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,9 +29,11 @@ public:
     [[nodiscard]] std::string path(std::string_view name = {}) const;
     /// A library file made from the notation of tests/support.
     [[nodiscard]] std::string library(std::string_view name, std::string_view notation) const;
-    [[nodiscard]] std::string file(std::string_view name, std::string_view bytes) const;
+    std::string file(std::string_view name, std::string_view bytes) const;
     /// Names of what lies in it, sorted.
     [[nodiscard]] std::vector<std::string> names() const;
+    /// The bytes of all files in it and in its folders, by their paths.
+    [[nodiscard]] std::map<std::string, std::string> bytes() const;
 
 private:
     std::filesystem::path m_path;
@@ -44,6 +47,9 @@ private:
 
 /// The same, with Ctrl+C after so many milliseconds.
 [[nodiscard]] Outcome runInterrupted(const std::vector<std::string>& words, int afterMs);
+/// The same, with these signals one after the other as soon as a file is there.
+[[nodiscard]] Outcome runSignalled(const std::vector<std::string>& words,
+    const std::string& whenThere, const std::vector<int>& signals);
 
 [[nodiscard]] std::string contents(const std::string& path);
 /// A file of the shared test data; empty when the data is not there.

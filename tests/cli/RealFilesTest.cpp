@@ -136,4 +136,15 @@ TEST_F(RealFilesTest, AnApostropheInAValueIsFoundByLike)
     EXPECT_EQ(run({ "query", path, "Comune IS NULL", "--count" }).out, "0\n");
 }
 
+TEST_F(RealFilesTest, ATableWhoseHeaderCountsTooFewRecordsSaysSo)
+{
+    const auto path = testData("malformed-derived/dbf_count_small.shp");
+    ASSERT_FALSE(path.empty());
+
+    EXPECT_EQ(run({ "info", path }).err,
+        "tematica: " + path
+            + ": 5 shapes have no record in the .dbf (the header says 4 rows, the file holds 9); "
+              "kept without values\n");
+}
+
 } // namespace

@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QColor>
+#include <QImage>
+
+#include <algorithm>
 #include <filesystem>
 
 using namespace cli_test;
@@ -13,38 +17,42 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Width and height as a PNG's header says; 0 for anything else.
-std::pair<unsigned, unsigned> sizeOfPng(const std::string& path)
-{
-    const std::string bytes = contents(path);
-    if (bytes.size() < 24 || bytes.compare(0, 8, "\x89PNG\r\n\x1a\n") != 0)
-        return {};
-    const auto number = [&bytes](std::size_t at) {
-        unsigned value = 0;
-        for (std::size_t i = 0; i < 4; ++i)
-            value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
-        return value;
-    };
-    return { number(16), number(20) };
-}
-
 class RenderCommandTest : public testing::Test {
 protected:
     Folder m_folder;
     std::string m_town = m_folder.library("town.gpkg", Town);
     std::string m_png = m_folder.path("map.png");
+
+    /// The picture that was written; empty when it is none.
+    [[nodiscard]] QImage drawn() const
+    {
+        QImage picture;
+        picture.load(QString::fromStdString(m_png), "PNG");
+        return picture;
+    }
+    /// Exit code 2, one sentence with these words, and no file changed, made or removed.
+    void expectWrongCall(const std::vector<std::string>& words, const std::string& sentence)
+    {
+        SCOPED_TRACE(testing::PrintToString(words));
+        const auto before = m_folder.bytes();
+        const auto outcome = run(words);
+        EXPECT_EQ(outcome.exitCode, 2);
+        EXPECT_NE(outcome.err.find(sentence), std::string::npos) << outcome.err;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+        EXPECT_TRUE(m_folder.bytes() == before);
+    }
 };
 
 TEST_F(RenderCommandTest, AMapIsAPictureOfTheAskedSize)
 {
     const auto usual = run({ "render", m_town, "--output", m_png });
     ASSERT_EQ(usual.exitCode, 0) << usual.err;
-    EXPECT_EQ(sizeOfPng(m_png), std::make_pair(1600U, 1000U));
+    EXPECT_EQ(drawn().size(), QSize(1600, 1000));
     EXPECT_EQ(usual.err, "");
 
     const auto small = run({ "render", m_town, "--output", m_png, "--size", "320x200" });
     ASSERT_EQ(small.exitCode, 0) << small.err;
-    EXPECT_EQ(sizeOfPng(m_png), std::make_pair(320U, 200U));
+    EXPECT_EQ(drawn().size(), QSize(320, 200));
 }
 
 TEST_F(RenderCommandTest, ThemesABoxAndALegendChangeThePicture)
@@ -74,10 +82,67 @@ TEST_F(RenderCommandTest, WhatCannotBeDrawnIsSaidAndNothingIsWritten)
     EXPECT_EQ(folder.exitCode, 1);
     EXPECT_NE(folder.err.find("could not be written"), std::string::npos) << folder.err;
 
-    for (const char* size : { "0x10", "abc", "100", "30000x10" })
+    for (const char* size : { "0x10", "abc", "100", "30000x10", "1.5x2.5", "10x1e2", "-10x10" })
         EXPECT_EQ(run({ "render", m_town, "--output", m_png, "--size", size }).exitCode, 2) << size;
     EXPECT_EQ(run({ "render", m_town, "--output", m_png, "--bbox", "1,1,0,0" }).exitCode, 2);
     EXPECT_FALSE(fs::exists(m_png));
+}
+
+TEST_F(RenderCommandTest, ThePictureNeverReplacesTheFileThatIsDrawn)
+{
+    const auto library = m_folder.library("town.png", Town);
+    fs::create_symlink(library, m_folder.path("link.png"));
+    for (const auto& output : { library, m_folder.path("link.png") })
+        expectWrongCall({ "render", library, "--output", output },
+            output + ": the picture would take the place of the file that is drawn");
+}
+
+TEST_F(RenderCommandTest, OnlyPngIsWritten)
+{
+    for (const char* name : { "a.jpg", "a", ".png", "a.png.bmp" })
+        expectWrongCall({ "render", m_town, "--output", name }, "only .png is written");
+    m_png = m_folder.path("MAP.PNG");
+    EXPECT_EQ(run({ "render", m_town, "--output", m_png }).exitCode, 0);
+    EXPECT_FALSE(drawn().isNull());
+}
+
+TEST_F(RenderCommandTest, AFileWithoutThemesHasNoMap)
+{
+    const auto library = m_folder.library("tables.gpkg", "table T (A text); rows T: ('x')");
+
+    const auto outcome = run({ "render", library, "--output", m_png });
+
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.err, "tematica: " + library + ": there is no theme in this file\n");
+    EXPECT_FALSE(fs::exists(m_png));
+}
+
+TEST_F(RenderCommandTest, ABoxIsShownToItsEdges)
+{
+    const auto corners = m_folder.library("corners.gpkg",
+        "table T (A integer); rows T: (1) (2) (3) (4) (5);"
+        "theme T: points 2d on T;"
+        "ents T: 0 [-20 -10], 1 [20 -10], 2 [20 10], 3 [-20 10], 4 [0 0]");
+    const auto outcome = run(
+        { "render", corners, "--output", m_png, "--size", "200x100", "--bbox", "-20,-10,20,10" });
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+
+    const QImage picture = drawn();
+    const QRgb ground = picture.pixel(50, 50);
+    for (const QPoint& place : { QPoint(0, 0), QPoint(199, 0), QPoint(199, 99), QPoint(0, 99) }) {
+        EXPECT_NE(picture.pixel(place), ground) << place.x() << " " << place.y();
+    }
+    EXPECT_NE(picture.pixel(100, 50), ground);
+
+    // A part of it ten times as large: the point in the middle is at the lower left corner.
+    ASSERT_EQ(
+        run({ "render", corners, "--output", m_png, "--size", "200x100", "--bbox", "0,0,4,2" })
+            .exitCode,
+        0);
+    const QImage part = drawn();
+    EXPECT_NE(part.pixel(0, 99), ground);
+    EXPECT_EQ(part.pixel(10, 89), ground);
+    EXPECT_EQ(part.pixel(199, 0), ground);
 }
 
 } // namespace

@@ -125,6 +125,36 @@ TEST_F(DamageTest, WrongBytesInTheTablesOfOursNeverCrash)
     }
 }
 
+TEST_F(DamageTest, ATableOrThemeWithoutANumberOfItsOwnIsDamage)
+{
+    const std::string whole = saved();
+    for (const std::string table : { "tematica_tables", "tematica_themes" }) {
+        const std::string free = "CREATE TABLE free AS SELECT * FROM " + table + ";DROP TABLE "
+            + table + ";ALTER TABLE free RENAME TO " + table;
+        writeBytes(path, whole);
+        runSql(path, free); // without the rules that would refuse what follows
+        ASSERT_TRUE(opensAndReads()) << "the file is as good as before";
+        const std::string unruled = bytesOf(path);
+        const std::string first = "(SELECT min(rowid) FROM " + table + ")";
+        for (const std::string& spoilt :
+            { "UPDATE " + table + " SET id = NULL WHERE rowid = " + first,
+                "UPDATE " + table + " SET id = 0 WHERE rowid = " + first,
+                "UPDATE " + table + " SET id = -7 WHERE rowid = " + first,
+                "UPDATE " + table + " SET id = 'x' WHERE rowid = " + first,
+                "INSERT INTO " + table + " SELECT * FROM " + table + " WHERE rowid = " + first }) {
+            SCOPED_TRACE(spoilt);
+            writeBytes(path, unruled);
+            runSql(path, spoilt);
+            const embedded::Error error = refusal(path);
+            EXPECT_EQ(error.code, ErrorCode::DamagedFile);
+            EXPECT_EQ(error.subject, path);
+            EXPECT_NE(error.detail.find("without a number of its own"), std::string::npos)
+                << error.detail;
+            EXPECT_EQ(refusal(path, OpenMode::Write).code, ErrorCode::DamagedFile);
+        }
+    }
+}
+
 TEST_F(DamageTest, AReadThatFailedIsNeverSavedAsEmptyCells)
 {
     auto library = support::makeLibrary("table T (a text, b text); rows T: ('x', 'y')");

@@ -243,6 +243,7 @@ TEST_F(LockingTest, AFolderWithoutTheRightToWriteIsSaid)
     EXPECT_EQ(saved.error().code, ErrorCode::ReadOnly);
     ASSERT_FALSE(savedAs.ok());
     EXPECT_EQ(savedAs.error().code, ErrorCode::ReadOnly);
+    EXPECT_EQ(savedAs.error().subject, folder.file("b.gpkg")) << "the name that was asked for";
     EXPECT_TRUE(embedded::saveLibrary(*library).ok());
 }
 

@@ -49,6 +49,17 @@ protected:
                 return true;
         return false;
     }
+    /// Why layers were left out, as "name: reason", in the order in which it is said.
+    std::vector<std::string> skipped()
+    {
+        std::vector<std::string> layers;
+        for (const auto& finding : report.findings)
+            if (finding.code == FindingCode::LayerSkipped) {
+                EXPECT_EQ(finding.severity, embedded::FindingSeverity::Warning);
+                layers.push_back(finding.subject + ": " + finding.detail);
+            }
+        return layers;
+    }
     void expectSavedWell()
     {
         orv::CPolyValue value("toccato");
@@ -209,4 +220,84 @@ TEST_F(OtherProgramsTest, AnotherReferenceSystemIsTaken)
 
     EXPECT_EQ(library->GetTheme(0)->referenceSystem.code, 3003);
     EXPECT_EQ(library->GetTheme(0)->referenceSystem.definition, "WKT");
+}
+
+TEST_F(OtherProgramsTest, ALayerAddedIsSaidAndStaysInTheFile)
+{
+    const char* const AddLayer
+        = "CREATE TABLE Panchine (fid INTEGER PRIMARY KEY, posti INTEGER, geom POINT);"
+          "INSERT INTO Panchine SELECT fid, 3, geom FROM Lampioni;"
+          "INSERT INTO gpkg_contents (table_name, data_type, identifier, srs_id) "
+          "VALUES ('Panchine', 'features', 'Panchine', -1);"
+          "INSERT INTO gpkg_geometry_columns VALUES ('Panchine', 'geom', 'POINT', -1, 0, 0);"
+          "CREATE TABLE Elenco (fid INTEGER PRIMARY KEY, voce TEXT);"
+          "INSERT INTO gpkg_contents (table_name, data_type, identifier) "
+          "VALUES ('Elenco', 'Attributes', 'Elenco');"
+          "INSERT INTO gpkg_contents (table_name, data_type, identifier) "
+          "VALUES ('Foto', 'tiles', 'Foto')";
+
+    const std::string text = changedBy(AddLayer);
+
+    EXPECT_THAT(skipped(),
+        testing::ElementsAre(
+            "Panchine: added by another program", "Elenco: added by another program"))
+        << "pictures are nobody's layer";
+    EXPECT_EQ(library->GetNumTables(), 1);
+    EXPECT_EQ(library->GetNumThemes(), 1);
+    EXPECT_THAT(text, HasSubstr("('a', 60, 01/01/2020)"));
+
+    orv::CPolyValue value("toccato");
+    library->SetRowValue(library->GetRow(library->GetTable(0), 0), 0, value);
+    ASSERT_TRUE(embedded::saveLibrary(*library).ok());
+    library.reset();
+    EXPECT_EQ(sqlAnswer(path, "SELECT count(*), sum(posti) FROM Panchine"), "3|9");
+    EXPECT_EQ(sqlAnswer(path,
+                  "SELECT count(*) FROM gpkg_contents WHERE table_name IN "
+                  "('Panchine', 'Elenco', 'Foto')"),
+        "3");
+}
+
+TEST_F(OtherProgramsTest, ALayerThatGdalAddsIsSaid)
+{
+    if (!isInstalled("ogr2ogr"))
+        GTEST_SKIP() << "ogr2ogr is not installed";
+    library.reset();
+    const std::string other = folder.file("altro.geojson");
+    writeBytes(other,
+        R"({"type":"FeatureCollection","features":[{"type":"Feature","properties":{"n":1},)"
+        R"("geometry":{"type":"Point","coordinates":[1,2]}}]})");
+    programOutput("ogr2ogr -f GPKG -update '" + path + "' '" + other + "' -nln Panchine");
+    ASSERT_EQ(sqlAnswer(path, "SELECT count(*) FROM Panchine"), "1");
+
+    const std::string text = reopened();
+
+    EXPECT_THAT(skipped(), testing::ElementsAre("Panchine: added by another program"));
+    EXPECT_THAT(text, HasSubstr("('a', 60, 01/01/2020)"));
+    EXPECT_EQ(library->GetNoEnts(library->GetTheme(0)), 3);
+}
+
+TEST_F(OtherProgramsTest, ALayerRenamedIsToldByBothNames)
+{
+    const std::string text = changedBy("PRAGMA legacy_alter_table = ON;"
+                                       "ALTER TABLE Lampioni RENAME TO Fari;"
+                                       "UPDATE gpkg_contents SET table_name = 'Fari' "
+                                       "WHERE table_name = 'Lampioni';"
+                                       "UPDATE gpkg_geometry_columns SET table_name = 'Fari' "
+                                       "WHERE table_name = 'Lampioni'");
+
+    EXPECT_THAT(skipped(),
+        testing::ElementsAre(
+            "Lampioni: removed by another program", "Fari: added by another program"));
+    EXPECT_EQ(library->GetNumThemes(), 0);
+    EXPECT_THAT(text, HasSubstr("('senza', 5, -)"));
+}
+
+TEST_F(OtherProgramsTest, ALayerWhoseNameOnlyChangedItsCaseIsTheSame)
+{
+    const std::string text = changedBy(
+        "UPDATE gpkg_contents SET table_name = 'LAMPIONI' WHERE table_name = 'Lampioni'");
+
+    EXPECT_THAT(skipped(), testing::IsEmpty());
+    EXPECT_THAT(text, HasSubstr("('a', 60, 01/01/2020)"));
+    EXPECT_EQ(library->GetNoEnts(library->GetTheme(0)), 3);
 }
