@@ -53,7 +53,7 @@ protected:
         EXPECT_EQ(result.error().code, ErrorCode::WriteFailed);
         EXPECT_EQ(result.error().subject, folder / "t.dbf");
         EXPECT_EQ(result.error().detail, detail);
-        EXPECT_EQ(errorFlags, gis::ExportDbfNotWritten);
+        EXPECT_EQ(errorFlags, ExportDbfNotWritten);
         EXPECT_TRUE(filesInFolder().empty());
     }
 };
@@ -69,8 +69,8 @@ TEST_F(ShapefileExportFindingsTest, ShapesWithoutAPlaceAreNullShapesWhoseRowsSta
 
     ASSERT_TRUE(exportTheme().ok());
 
-    EXPECT_THAT(
-        readBack("t.shp"), testing::HasSubstr("ents t: 0 [0 0, 1 1], 1 [], 2 [], 3 [2 2, 3 3]"));
+    EXPECT_THAT(readBack("t.shp"),
+        testing::HasSubstr("ents t:\n0 [0 0, 1 1],\n1 [],\n2 [],\n3 [2 2, 3 3];"));
     EXPECT_THAT(cells("t.dbf", 0), testing::ElementsAre("x", "y", "z", "w"));
     ASSERT_NE(finding(FindingCode::ShapesNotWritten), nullptr);
     EXPECT_EQ(finding(FindingCode::ShapesNotWritten)->count, 2);
@@ -83,13 +83,13 @@ TEST_F(ShapefileExportFindingsTest, HeightsThatAreNoNumbersCountOnlyWhereTheyAre
     addShape(0, { 1, 2, NoNumber });
 
     ASSERT_TRUE(exportTheme().ok());
-    EXPECT_THAT(readBack("t.shp"), testing::HasSubstr("ents t: 0 []"));
+    EXPECT_THAT(readBack("t.shp"), testing::HasSubstr("ents t:\n0 [];"));
     ASSERT_NE(finding(FindingCode::ShapesNotWritten), nullptr);
     EXPECT_EQ(finding(FindingCode::ShapesNotWritten)->count, 1);
 
     options.coordinates = embedded::ExportCoordinates::XY;
     ASSERT_TRUE(exportTheme().ok());
-    EXPECT_THAT(readBack("t.shp"), testing::HasSubstr("ents t: 0 [1 2]"));
+    EXPECT_THAT(readBack("t.shp"), testing::HasSubstr("ents t:\n0 [1 2];"));
     EXPECT_EQ(finding(FindingCode::ShapesNotWritten), nullptr);
 }
 
