@@ -46,8 +46,7 @@ Result<std::unique_ptr<gis::CLibGis>> readShapefile(
 
 const Error* failedRead(gis::CLibGis& library)
 {
-    const embedded::IStore* store = embedded::Library::of(&library)->store();
-    return store ? store->failedRead() : nullptr;
+    return embedded::Library::of(&library)->failedRead();
 }
 
 bool isShapefilePath(const std::string& path)

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <string>
+#include <unordered_set>
 
 namespace embedded {
 namespace {
@@ -47,6 +49,15 @@ orv::CPolyValue wholeLimit(const orv::CPolyValue& limit)
         return limit;
     return orv::CPolyValue(
         std::clamp(limit.GetDoubleValue(), double { Limits::min() }, double { Limits::max() }));
+}
+
+/// Of classes whose values have become one, the first is kept.
+void uniteEqualValues(Classes& classes)
+{
+    std::unordered_set<std::string> seen; // of one kind, so told apart by their texts
+    std::erase_if(classes, [&seen](const auto& one) {
+        return !one->low.IsEmpty() && !seen.insert(one->low.GetStringValue().Bytes()).second;
+    });
 }
 
 ThematicMap noMap()
@@ -116,6 +127,8 @@ void convertClassLimits(Library& library, const gis::CField& field, gis::FieldFo
                 one.reset(); // no row has its value any more
         }
         std::erase(map.classes, nullptr);
+        if (map.type == gis::MapType::SingleValue)
+            uniteEqualValues(map.classes);
         if (map.type == gis::MapType::Interval)
             joinIntervals(map.classes, to);
         library.setThemeMap(theme, std::move(map));

@@ -485,10 +485,23 @@ Result<void> Library::loadAll()
     for (gis::CTheme* theme : m_data->themes)
         static_cast<void>(theme->geometry());
     // What could not be read shows as empty, and must not be taken for it.
-    if (m_data->store)
-        if (const Error* failed = m_data->store->failedRead())
-            return *failed;
+    if (const Error* failed = failedRead())
+        return *failed;
     return {};
+}
+
+const Error* Library::failedRead() const
+{
+    if (!m_data->store || !m_data->store->failedRead())
+        return nullptr;
+    for (const gis::CDBTable* table : m_data->tables)
+        for (int i = 0; i < table->fieldCount(); ++i)
+            if (const Error* failed = m_data->store->failedReadOf(table->field(i)))
+                return failed;
+    for (const gis::CTheme* theme : m_data->themes)
+        if (const Error* failed = m_data->store->failedReadOf(theme))
+            return failed;
+    return nullptr;
 }
 
 void Library::retryFailedReads()

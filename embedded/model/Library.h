@@ -190,6 +190,9 @@ private:
     struct Data;
     std::unique_ptr<Data> m_data;
     void retryFailedReads();
+    /// Why a field or theme that the library has could not be read; null while all that was asked
+    /// for could. One that was deleted stands in nobody's way.
+    [[nodiscard]] const Error* failedRead() const;
     void insertTable(std::shared_ptr<gis::CDBTable> table, std::size_t position);
     void eraseTable(const gis::CDBTable* table);
     void insertTheme(std::shared_ptr<gis::CTheme> theme, std::size_t position);

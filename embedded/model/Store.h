@@ -31,6 +31,11 @@ public:
     /// Why a column or a theme's geometry could not be read; null while all that was asked for was.
     /// Reading it again, with success, takes the failure back.
     [[nodiscard]] virtual const Error* failedRead() const = 0;
+    /// The same of one field or theme, by its handle.
+    [[nodiscard]] virtual const Error* failedReadOf(const void* /*handle*/) const
+    {
+        return failedRead();
+    }
     /// Extent of a theme's stored entities without reading them; empty when unknown.
     virtual Box extentOf(const gis::CTheme& theme) = 0;
     /// Entities (by index) whose boxes meet a rectangle, without reading the geometry; false when

@@ -154,9 +154,8 @@ void Exporter::writeBeside(const ShapeLayout& layout)
     for (int i = 0; i < table.fieldCount(); ++i)
         (void)table.column(i); // loaded before the other thread runs
     // What could not be read shows as empty, and must not be written as that.
-    if (const IStore* store = m_theme.library().store())
-        if (const Error* failed = store->failedRead())
-            return m_files[2].fail(failed->detail);
+    if (const Error* failed = m_theme.library().failedRead())
+        return m_files[2].fail(failed->detail);
     std::atomic<std::int64_t> shapesDone { 0 };
     std::atomic<bool> shapesFailed { false };
     std::int64_t unusable = 0; // written by the other thread until it is joined

@@ -51,6 +51,12 @@ public:
         return m_failedReads.empty() ? nullptr : &m_failedReads.begin()->second;
     }
 
+    [[nodiscard]] const Error* failedReadOf(const void* handle) const override
+    {
+        const auto found = m_failedReads.find(handle);
+        return found == m_failedReads.end() ? nullptr : &found->second;
+    }
+
     /// Begins the transaction that keeps others out. Errors: LockedForWriting; WriteFailed when
     /// another program wrote since the last hold ended.
     void beginHold();

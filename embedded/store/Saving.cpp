@@ -20,8 +20,7 @@ CGeoPackageStore* storeOf(Library& library)
 // What could not be read shows as empty; written back, it would be lost.
 void checkReads(Library& library)
 {
-    const CGeoPackageStore* opened = storeOf(library);
-    if (!opened || !opened->failedRead())
+    if (!library.failedRead())
         return;
     if (const auto loaded = library.loadAll(); !loaded)
         throw StoreFailure(loaded.error());

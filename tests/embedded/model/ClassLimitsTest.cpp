@@ -74,6 +74,19 @@ TEST(ClassLimitsTest, ValuesThatNoRowHasAnyMoreLoseTheirClass)
     EXPECT_EQ(map.classes(), "'Default' -..-, 'Vuoto' -..-, '12' 12..12, '7' 7..7");
 }
 
+TEST(ClassLimitsTest, ValuesThatBecomeOneAreOneClass)
+{
+    Classified map(
+        "table T (a decimal 1); rows T: (2.6), (2.5), (7), (3)", MapType::SingleValue, 5);
+
+    map.change(FieldFormat::Integer);
+
+    EXPECT_EQ(map.classes(), "'Default' -..-, '2.5' 3..3, '7.0' 7..7");
+    ASSERT_TRUE(map.changes.Undo());
+    EXPECT_EQ(
+        map.classes(), "'Default' -..-, '2.5' 2.5..2.5, '2.6' 2.6..2.6, '3.0' 3..3, '7.0' 7..7");
+}
+
 TEST(ClassLimitsTest, WhenNoValueIsLeftOnlyTheDefaultClassIs)
 {
     Classified map("table T (a decimal 1); rows T: (0.5), (2)", MapType::SingleValue, 5);

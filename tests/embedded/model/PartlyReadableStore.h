@@ -26,10 +26,10 @@ public:
         ++readings[name];
         if (unreadable.contains(name)) {
             m_failed.insert_or_assign(
-                name, embedded::Error { embedded::ErrorCode::DamagedFile, "x.gpkg", name });
-            return m_failed.at(name);
+                &field, embedded::Error { embedded::ErrorCode::DamagedFile, "x.gpkg", name });
+            return m_failed.at(&field);
         }
-        m_failed.erase(name);
+        m_failed.erase(&field);
         column.append(cells.at(name));
         if (missingRows > 0)
             column.truncate(column.rowCount() - missingRows);
@@ -43,6 +43,11 @@ public:
     {
         return m_failed.empty() ? nullptr : &m_failed.begin()->second;
     }
+    [[nodiscard]] const embedded::Error* failedReadOf(const void* handle) const override
+    {
+        const auto found = m_failed.find(handle);
+        return found == m_failed.end() ? nullptr : &found->second;
+    }
     embedded::Box extentOf(const gis::CTheme&) override { return {}; }
     bool entitiesIn(const gis::CTheme&, const embedded::Box&, std::vector<int>&) override
     {
@@ -55,7 +60,7 @@ public:
     int missingRows = 0; ///< Rows that the file lacks.
 
 private:
-    std::map<std::string, embedded::Error> m_failed;
+    std::map<const void*, embedded::Error> m_failed; // by field
 };
 
 /// Puts a library's first table into a file: nothing of it is in memory any more.

@@ -136,6 +136,24 @@ TEST_F(TableEditUnreadableTest, AFieldThatIsDeletedNeedNotBeRead)
     expectSoundFractions();
 }
 
+TEST_F(TableEditUnreadableTest, ADeletedFieldIsInNoSavesWayAndIsSoAgainWhenItComesBack)
+{
+    show(1);
+    Library& model = *Library::of(library.get());
+    ASSERT_NE(model.failedRead(), nullptr);
+    ASSERT_FALSE(model.loadAll().ok());
+    CCtrlDlgTableEdit edit(library.get(), table);
+    edit.DeleteField(edit.GetCurField(1));
+    ASSERT_TRUE(edit.Commit());
+
+    EXPECT_EQ(model.failedRead(), nullptr);
+    EXPECT_TRUE(model.loadAll().ok());
+
+    ASSERT_TRUE(changes.Undo());
+    EXPECT_NE(model.failedRead(), nullptr);
+    EXPECT_FALSE(model.loadAll().ok());
+}
+
 TEST_F(TableEditUnreadableTest, ADeletedFieldThatComesBackByUndoStillPassesForUnreadable)
 {
     CCtrlDlgTableEdit edit(library.get(), table);
