@@ -30,7 +30,7 @@ QString sentenceOf(ErrorCode code)
     case ErrorCode::NoPermission:
         return QStringLiteral("Non si hanno i permessi per leggere \"%1\".");
     case ErrorCode::ReadFailed:
-        return QStringLiteral("Il file \"%1\" non può essere letto: %2.");
+        return QStringLiteral("\"%1\" non può essere letto%2.");
     case ErrorCode::EmptyFile:
         return QStringLiteral("Il file \"%1\" è vuoto.");
     case ErrorCode::NotALibrary:
@@ -48,7 +48,7 @@ QString sentenceOf(ErrorCode code)
     case ErrorCode::ReadOnly:
         return QStringLiteral("\"%1\" è di sola lettura: usare \"Salva con nome\".");
     case ErrorCode::WriteFailed:
-        return QStringLiteral("Impossibile scrivere \"%1\": %2.");
+        return QStringLiteral("Impossibile scrivere \"%1\"%2.");
     case ErrorCode::OtherProgramsFile:
         return QStringLiteral("Il file \"%1\" è di un altro programma e non viene modificato: "
                               "salvare con un altro nome.");
@@ -72,7 +72,7 @@ QString sentenceOf(ErrorCode code)
     case ErrorCode::UnknownEncoding:
         return QStringLiteral("La codifica dei caratteri \"%1\" non è conosciuta.");
     case ErrorCode::StrictFinding:
-        return QStringLiteral("\"%1\" non è stato importato: %2.");
+        return QStringLiteral("\"%1\" non è stato importato: i suoi file contengono errori.");
     case ErrorCode::NameClash:
         return QStringLiteral("Nella libreria esiste già una tabella o un tema \"%1\": rinominarlo "
                               "prima di importare.");
@@ -97,7 +97,7 @@ QString lineOf(FindingCode code)
 {
     switch (code) {
     case FindingCode::EncodingChosen:
-        return QStringLiteral("Testi letti come %1 (%2).");
+        return QStringLiteral("Testi letti come %1%2.");
     case FindingCode::EncodingUnknown:
         return QStringLiteral(
             "La codifica \"%1\" del file .cpg non è conosciuta: ne è stata scelta un'altra.");
@@ -249,8 +249,8 @@ QString lineOfOne(FindingCode code)
     }
 }
 
-/// The details that are words of ours: what a file seems to be, why a layer was left out. Others
-/// are said by their sentences.
+/// The details that are words of ours: what a file seems to be, why a layer was left out, how an
+/// encoding was chosen; empty for others.
 QString inItalian(const std::string& detail)
 {
     static const std::pair<std::string_view, const char16_t*> words[] = {
@@ -267,16 +267,60 @@ QString inItalian(const std::string& detail)
         { "removed by another program", u"tolto da un altro programma" },
         { "added by another program", u"aggiunto da un altro programma: resta nel file" },
         { "out of memory", u"memoria esaurita" },
+        { "another program has changed the file since the last save",
+            u"un altro programma ha modificato il file dopo l'ultimo salvataggio" },
+        { ".cpg", u"file .cpg" },
+        { "language byte", u"intestazione del file .dbf" },
+        { "valid UTF-8", u"testi validi" },
+        { "default", u"in mancanza di indicazioni" },
+        { "asked for", u"a richiesta" },
     };
     for (const auto& [english, italian] : words)
         if (detail == english)
-            return QStringLiteral(" (") + QString::fromUtf16(italian) + QLatin1Char(')');
+            return QString::fromUtf16(italian);
     return {};
 }
 
-bool hasOwnWords(ErrorCode code)
+/// The detail as it stands in brackets at the end of a sentence; nothing where it is no word of
+/// ours.
+QString inBrackets(const std::string& detail)
 {
-    return code == ErrorCode::NotALibrary || code == ErrorCode::Internal;
+    const QString reason = inItalian(detail);
+    return reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason);
+}
+
+/// A reason after a colon: ours, or the system's in its own words; nothing where there is none.
+QString afterColon(const std::string& detail)
+{
+    const QString reason = inItalian(detail);
+    if (detail.empty())
+        return {};
+    return QStringLiteral(": ") + (reason.isEmpty() ? utf8(detail) : reason);
+}
+
+QString detailOf(const embedded::Error& error)
+{
+    switch (error.code) {
+    case ErrorCode::NotALibrary:
+    case ErrorCode::Internal:
+        return inBrackets(error.detail);
+    case ErrorCode::ReadFailed:
+    case ErrorCode::WriteFailed:
+        return afterColon(error.detail);
+    default:
+        return utf8(error.detail);
+    }
+}
+
+QString detailOf(const embedded::Finding& finding)
+{
+    switch (finding.code) {
+    case FindingCode::EncodingChosen:
+    case FindingCode::LayerSkipped:
+        return inBrackets(finding.detail);
+    default:
+        return utf8(finding.detail);
+    }
 }
 
 /// From %1 on, all at once, so that a name that looks like a placeholder stays as it is.
@@ -308,9 +352,7 @@ QString others(std::int64_t count)
 
 QString errorText(const embedded::Error& error)
 {
-    return filled(sentenceOf(error.code),
-        { utf8(error.subject),
-            hasOwnWords(error.code) ? inItalian(error.detail) : utf8(error.detail) });
+    return filled(sentenceOf(error.code), { utf8(error.subject), detailOf(error) });
 }
 
 QString saveAsErrorText(const embedded::Error& error)
@@ -327,11 +369,9 @@ QString findingText(const embedded::Finding& finding)
     QString line = finding.count == 1 ? lineOfOne(finding.code) : QString();
     if (line.isEmpty())
         line = lineOf(finding.code);
-    const bool isReason = finding.code == FindingCode::LayerSkipped;
     return filled(line,
-        { utf8(finding.subject), isReason ? inItalian(finding.detail) : utf8(finding.detail),
-            QString::number(finding.count), QString::number(finding.record),
-            others(finding.count) });
+        { utf8(finding.subject), detailOf(finding), QString::number(finding.count),
+            QString::number(finding.record), others(finding.count) });
 }
 
 } // namespace app
