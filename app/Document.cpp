@@ -57,13 +57,13 @@ bool Document::isSaved() const
 }
 
 void Document::adopt(std::unique_ptr<gis::CLibGis> library,
-    std::unique_ptr<orv::CChangeTransactionManager> changes, const QString& path)
+    std::unique_ptr<orv::CChangeTransactionManager> changes, const QString& path, bool isReadOnly)
 {
     m_highlight = {};
     m_library = std::move(library);
     m_changes = std::move(changes);
     m_path = path;
-    m_isReadOnly = false;
+    m_isReadOnly = isReadOnly;
     m_isRecovered = false;
     embedded::Engine::of(m_engine).setLibrary(m_library.get());
     implementation(*m_library)
@@ -117,8 +117,7 @@ embedded::Result<void> Document::open(const QString& path, embedded::Report& rep
     if (!opened)
         return opened.error();
     const bool isOurs = !embedded::libraryPath(*opened.value()).empty();
-    adopt(std::move(opened.value()), std::move(changes), isOurs ? path : QString());
-    m_isReadOnly = readOnly;
+    adopt(std::move(opened.value()), std::move(changes), isOurs ? path : QString(), readOnly);
     return {};
 }
 

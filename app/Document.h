@@ -96,7 +96,8 @@ Q_SIGNALS:
 
 private:
     void adopt(std::unique_ptr<gis::CLibGis> library,
-        std::unique_ptr<orv::CChangeTransactionManager> changes, const QString& path);
+        std::unique_ptr<orv::CChangeTransactionManager> changes, const QString& path,
+        bool isReadOnly = false);
     void afterChange();
     [[nodiscard]] std::vector<std::pair<gis::CTheme*, int>> entityCounts() const;
 
