@@ -169,6 +169,7 @@ void Recovery::onOpened()
 {
     m_writtenPosition.reset();
     m_isWanted = false;
+    m_isFailureTold = false; // told anew of this library's work
     if (m_isForgotten)
         *m_isForgotten = true;
     removeCopy(path());
