@@ -87,13 +87,18 @@ IdentifyPanel::IdentifyPanel(Document& document, QWidget* parent)
     layout->addWidget(m_title);
     layout->addWidget(m_attributes, 1);
     layout->addWidget(m_point);
-    connect(&m_document, &Document::opened, this, [this] { show(nullptr); });
+    connect(&m_document, &Document::opened, this, [this] {
+        m_entity = nullptr; // gone with its library
+        refresh();
+    });
     connect(&m_document, &Document::changed, this, &IdentifyPanel::refresh);
     show(nullptr);
 }
 
 void IdentifyPanel::show(gis::CEnt* entity)
 {
+    if (entity != m_entity)
+        commit(); // what is being typed belongs to the entity before
     m_entity = entity;
     refresh();
 }

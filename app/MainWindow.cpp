@@ -91,6 +91,7 @@ MainWindow::MainWindow()
 
 MainWindow::~MainWindow()
 {
+    hide(); // an edit that loses the focus gives its text to the document, which goes before it
     disconnect(&m_document, nullptr, this, nullptr);
 }
 
