@@ -162,6 +162,20 @@ TEST(MapViewTest, AFittedBoxIsSeenWhole)
     EXPECT_EQ(point.unitsPerPixel, 1);
 }
 
+TEST(MapViewTest, ABoxFittedWithoutMarginReachesTheEdges)
+{
+    const MapView wide = MapView::fitted({ 100, 200, 1100, 260 }, Size, 0);
+    EXPECT_NEAR(wide.box().minX, 100, 1e-9);
+    EXPECT_NEAR(wide.box().maxX, 1100, 1e-9);
+    EXPECT_NEAR(wide.centreY, 230, 1e-9);
+    const MapView high = MapView::fitted({ 0, 0, 10, 50 }, Size, 0);
+    EXPECT_NEAR(high.box().minY, 0, 1e-9);
+    EXPECT_NEAR(high.box().maxY, 50, 1e-9);
+    const MapView plain = MapView::fitted({ 0, 0, 10, 50 }, Size);
+    EXPECT_NEAR(plain.box().minY, -2, 1e-9) << "four of a hundred on each side";
+    EXPECT_NEAR(plain.box().maxY, 52, 1e-9);
+}
+
 /// The largest file of the test data: each polygon's own place is coloured.
 TEST(MapPictureTest, TwentyThousandBuildingsAreWhereTheirCentroidsAre)
 {
