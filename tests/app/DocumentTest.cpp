@@ -4,50 +4,15 @@
 
 #include "app/Words.h"
 #include "embedded/model/Library.h"
-#include "embedded/shapefile/Shapefile.h"
-#include "embedded/store/GeoPackage.h"
 #include "host/gis/TableEdit.h"
-#include "tests/support/LibraryNotation.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProgressDialog>
 #include <QSignalSpy>
-#include <QTest>
 #include <QTimer>
-
-namespace apptest {
-
-CFolder::CFolder()
-{
-    qputenv("TEMATICA_INI", file(QStringLiteral("settings.ini")).toUtf8());
-    qputenv("TEMATICA_RECOVERY", file(QStringLiteral("recovery")).toUtf8());
-}
-
-void openTown(app::Document& document, const QString& path, std::string_view notation)
-{
-    const auto library = support::makeLibrary(notation);
-    ASSERT_TRUE(embedded::saveLibraryCopy(*library, path.toStdString()).ok());
-    embedded::Report report;
-    ASSERT_TRUE(document.open(path, report).ok());
-}
-
-bool waitFor(const std::function<bool()>& condition)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10000)
-            return false;
-        QTest::qWait(5);
-    }
-    return true;
-}
-
-} // namespace apptest
 
 namespace {
 
@@ -60,16 +25,7 @@ protected:
     Document document;
     QString path = folder.file(QStringLiteral("t.gpkg"));
 
-    QString shapefile(const char* theme)
-    {
-        const auto library = support::makeLibrary(Town);
-        embedded::Report report;
-        int flags = 0;
-        EXPECT_TRUE(embedded::exportShapefile(
-            *library->FindTheme(theme), folder.file(QString()).toStdString(), {}, flags, report)
-                        .ok());
-        return folder.file(QString::fromUtf8(theme) + QStringLiteral(".shp"));
-    }
+    QString shapefile(const char* theme) { return shapefileOf(folder, QLatin1String(theme)); }
     void writeCell(const char* text)
     {
         document.act(QStringLiteral("Scrittura"), [&] {

@@ -3,6 +3,7 @@
 #include "tests/app/AppTesting.h"
 
 #include "app/IdentifyPanel.h"
+#include "embedded/model/Library.h"
 #include "tests/support/ui/ModalDriver.h"
 
 #include <gtest/gtest.h>
@@ -23,6 +24,18 @@ protected:
         return document.library().GetEnt(document.library().GetTheme(0), index);
     }
     QTableWidget& table() { return *panel.findChild<QTableWidget*>(QStringLiteral("attributes")); }
+    embedded::LinkedPoint* point()
+    {
+        return document.library().GetTheme(0)->geometry().linkedPointOf(0);
+    }
+    void setDescription(const orv::String& text)
+    {
+        embedded::LinkedPoint changed = *point();
+        changed.description = text;
+        document.act(QStringLiteral("Descrizione"),
+            [&] { embedded::Library::of(&document.library())->setLinkedPoint(point(), changed); });
+    }
+    QLineEdit& edit(int index) { return *panel.findChildren<QLineEdit*>().at(index); }
     QString shown(int row) { return table().item(row, 1)->text(); }
 
     CFolder folder;
@@ -85,6 +98,52 @@ TEST_F(IdentifyPanelTest, AnotherLibraryLeavesNothingBehind)
     document.startNew();
     EXPECT_EQ(panel.entity(), nullptr);
     EXPECT_EQ(table().rowCount(), 0);
+}
+
+/// Files of other programs hold bytes that are no UTF-8; they must not become question marks
+/// because the user wrote something else.
+TEST_F(IdentifyPanelTest, ATextThatCannotBeShownStaysWhenAnotherOneIsChanged)
+{
+    const orv::String bytes("citt\xE0 \xFF");
+    setDescription(bytes);
+    panel.show(entity(0));
+    ui::typeInto(edit(0), QStringLiteral("bis"));
+    QTest::keyClick(&edit(0), Qt::Key_Return);
+    QTest::keyClick(&edit(1), Qt::Key_Return); // entered and left without typing
+
+    EXPECT_EQ(point()->name, orv::String("P1bis"));
+    EXPECT_EQ(point()->description, bytes);
+    document.undo();
+    EXPECT_EQ(point()->description, bytes);
+}
+
+TEST_F(IdentifyPanelTest, AVeryLongTextComesBackWhole)
+{
+    constexpr int Letters = 40'000; // more than an edit takes that is left as it comes
+    const std::string text(Letters, 'x');
+    setDescription(orv::String(text));
+    panel.show(entity(0));
+    EXPECT_EQ(edit(1).text().size(), Letters);
+    QTest::keyClick(&edit(1), Qt::Key_End);
+    ui::typeInto(edit(1), QStringLiteral("y"));
+    QTest::keyClick(&edit(1), Qt::Key_Return);
+    EXPECT_EQ(point()->description, orv::String(text + "y"));
+}
+
+TEST_F(IdentifyPanelTest, WhatIsTypedWaitsUntilItsEditIsLeft)
+{
+    panel.setAttribute(Qt::WA_DontShowOnScreen);
+    panel.QWidget::show();
+    panel.show(entity(0));
+    EXPECT_FALSE(panel.hasPendingText());
+    edit(0).setFocus();
+    ui::typeInto(edit(0), QStringLiteral("bis"));
+    EXPECT_TRUE(panel.hasPendingText());
+    EXPECT_EQ(point()->name, orv::String("P1"));
+    edit(1).setFocus();
+    panel.commit();
+    EXPECT_FALSE(panel.hasPendingText());
+    EXPECT_EQ(point()->name, orv::String("P1bis"));
 }
 
 } // namespace

@@ -12,13 +12,10 @@
 
 #include <QAction>
 #include <QAbstractItemView>
-#include <QLabel>
-#include <QTest>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDropEvent>
 #include <QFile>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
@@ -31,45 +28,7 @@ namespace {
 
 using namespace apptest;
 
-class MainWindowTest : public testing::Test {
-protected:
-    MainWindowTest()
-    {
-        window.resize(900, 700);
-        window.show();
-        openTown(window.document(), path);
-    }
-    ~MainWindowTest() override { window.recovery().forget(); }
-
-    gis::CEnt* entity(int theme, int index)
-    {
-        gis::CLibGis& library = window.document().library();
-        return library.GetEnt(library.GetTheme(theme), index);
-    }
-    /// A menu entry by its text without access key.
-    QAction& action(const QString& text)
-    {
-        for (QAction* found : window.findChildren<QAction*>()) {
-            QString name = found->text();
-            name.remove(QLatin1Char('&'));
-            if (name == text)
-                return *found;
-        }
-        qFatal("no menu entry %s", qPrintable(text));
-    }
-    void writeCell()
-    {
-        window.document().act(QStringLiteral("Scrittura"), [&] {
-            gis::CLibGis& library = window.document().library();
-            orv::CPolyValue value { orv::String("scritto") };
-            library.SetRowValue(library.GetRow(library.GetTable(0), 0), 0, value);
-        });
-    }
-
-    CFolder folder;
-    QString path = folder.file(QStringLiteral("t.gpkg"));
-    app::MainWindow window;
-};
+class MainWindowTest : public CTownWindow { };
 
 TEST_F(MainWindowTest, FoundEntitiesAreMarkedAndStayMarkedAfterClosing)
 {
@@ -258,11 +217,6 @@ void changeFormat(QDialog& structure, const char* format)
     ui::press(structure, 1);
 }
 
-QString messageOf(const QWidget& window)
-{
-    return window.findChild<QLabel*>(QStringLiteral("message"))->text();
-}
-
 TEST_F(MainWindowTest, WhatAStructureCostsIsToldAndStandsInTheUndoList)
 {
     ui::CModalDriver driver;
@@ -271,7 +225,7 @@ TEST_F(MainWindowTest, WhatAStructureCostsIsToldAndStandsInTheUndoList)
 
     const QString told = QStringLiteral("Struttura di T: 3 valori non convertibili in tipo");
     EXPECT_EQ(kit::toQt(window.document().changes().UndoName()), told);
-    EXPECT_EQ(messageOf(window), told);
+    EXPECT_EQ(message(), told);
     window.document().undo();
     EXPECT_TRUE(window.document().isSaved());
 }
@@ -283,7 +237,7 @@ TEST_F(MainWindowTest, AStructureThatCostsNothingIsOnlyNamed)
     action(QStringLiteral("Struttura tabella...")).trigger();
 
     EXPECT_EQ(window.document().changes().UndoName(), orv::String("Struttura di T"));
-    EXPECT_EQ(messageOf(window), QStringLiteral("Struttura di T"));
+    EXPECT_EQ(message(), QStringLiteral("Struttura di T"));
 }
 
 TEST_F(MainWindowTest, WhatAStructureCostsIsToldAfterTheTableListToo)
@@ -302,7 +256,7 @@ TEST_F(MainWindowTest, WhatAStructureCostsIsToldAfterTheTableListToo)
     const QString told
         = QStringLiteral("Gestione tabelle: Struttura di T: 3 valori non convertibili in tipo");
     EXPECT_EQ(kit::toQt(window.document().changes().UndoName()), told);
-    EXPECT_EQ(messageOf(window), told);
+    EXPECT_EQ(message(), told);
 }
 
 TEST_F(MainWindowTest, TheFormOfAnEntityIsInTheMenuWhereOneIsChosen)
@@ -345,7 +299,7 @@ TEST_F(MainWindowTest, TwoStructuresOfOneVisitAreBothTold)
     driver.dialog("CDlgTableEdit", change);
     action(QStringLiteral("Tabelle...")).trigger();
 
-    EXPECT_EQ(messageOf(window).toStdString(),
+    EXPECT_EQ(message().toStdString(),
         "Gestione tabelle: Struttura di Altra: 1 valore non convertibile in codice, "
         "Struttura di T: 3 valori non convertibili in tipo");
 }

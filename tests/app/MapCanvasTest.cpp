@@ -135,6 +135,83 @@ TEST_F(MapCanvasTest, PanningMovesTheDrawingWithTheHand)
     EXPECT_NEAR(canvas.view().toDrawing(QPoint(240, 170)).y(), held.y(), 1e-9);
 }
 
+TEST_F(MapCanvasTest, TheMiddleButtonPansWithAnyTool)
+{
+    for (const MapTool tool : { MapTool::Select, MapTool::ZoomBox, MapTool::Identify }) {
+        canvas.setTool(tool);
+        const embedded::MapView before = canvas.view();
+        const QPoint from(200, 200);
+        const QPoint to(150, 230);
+        const QPointF held = before.toDrawing(from);
+        QTest::mousePress(&canvas, Qt::MiddleButton, {}, from);
+        QTest::mouseMove(&canvas, to);
+        QTest::mouseRelease(&canvas, Qt::MiddleButton, {}, to);
+        EXPECT_NEAR(canvas.view().toDrawing(to).x(), held.x(), 1e-9);
+        EXPECT_NEAR(canvas.view().toDrawing(to).y(), held.y(), 1e-9);
+        EXPECT_EQ(canvas.view().unitsPerPixel, before.unitsPerPixel);
+        EXPECT_EQ(canvas.tool(), tool);
+    }
+    EXPECT_EQ(picks, 0);
+    EXPECT_EQ(identified, nullptr);
+}
+
+TEST_F(MapCanvasTest, ArrowKeysPanAndPlusAndMinusZoomAboutTheMiddle)
+{
+    const struct {
+        Qt::Key key;
+        int right;
+        int up;
+    } cases[] = { { Qt::Key_Left, -1, 0 }, { Qt::Key_Right, 1, 0 }, { Qt::Key_Up, 0, 1 },
+        { Qt::Key_Down, 0, -1 } };
+    for (const auto& [key, right, up] : cases) {
+        canvas.setView({ 50, 50, 0.5, QSize(400, 400) });
+        QTest::keyClick(&canvas, key);
+        const double moved = 0.2 * 400 * 0.5; // a fifth of what is seen
+        EXPECT_NEAR(canvas.view().centreX, 50 + right * moved, 1e-9) << key;
+        EXPECT_NEAR(canvas.view().centreY, 50 + up * moved, 1e-9) << key;
+        EXPECT_EQ(canvas.view().unitsPerPixel, 0.5);
+    }
+    canvas.setView({ 50, 50, 0.5, QSize(400, 400) });
+    QTest::keyClick(&canvas, Qt::Key_Plus);
+    EXPECT_NEAR(canvas.view().unitsPerPixel, 0.4, 1e-9);
+    EXPECT_NEAR(canvas.view().centreX, 50, 1e-9);
+    QTest::keyClick(&canvas, Qt::Key_Minus);
+    QTest::keyClick(&canvas, Qt::Key_Minus);
+    EXPECT_NEAR(canvas.view().unitsPerPixel, 0.625, 1e-9);
+    EXPECT_NEAR(canvas.view().centreY, 50, 1e-9);
+}
+
+TEST_F(MapCanvasTest, AClickWithTheZoomToolBringsItsPlaceCloser)
+{
+    canvas.setTool(MapTool::ZoomBox);
+    const QPointF before = canvas.view().toDrawing(QPoint(300, 100));
+    QTest::mouseClick(&canvas, Qt::LeftButton, {}, QPoint(300, 100));
+    EXPECT_NEAR(canvas.view().unitsPerPixel, 0.25, 1e-9);
+    EXPECT_NEAR(canvas.view().toDrawing(QPoint(300, 100)).x(), before.x(), 1e-9);
+    EXPECT_NEAR(canvas.view().toDrawing(QPoint(300, 100)).y(), before.y(), 1e-9);
+    EXPECT_EQ(picks, 0);
+}
+
+TEST_F(MapCanvasTest, TwoQuickClicksAreTwoClicks)
+{
+    const auto clickTwice = [&](const QPoint& place, Qt::KeyboardModifiers keys = {}) {
+        QTest::mouseClick(&canvas, Qt::LeftButton, keys, place);
+        QTest::mouseDClick(&canvas, Qt::LeftButton, keys, place); // the second press
+        QTest::mouseRelease(&canvas, Qt::LeftButton, keys, place);
+    };
+    clickTwice(pixel(10, 10), Qt::ControlModifier);
+    EXPECT_EQ(picks, 2);
+    EXPECT_TRUE(hasAdded);
+    EXPECT_EQ(picked, std::vector<gis::CEnt*> { entity(0, 0) });
+    EXPECT_EQ(opened, nullptr) << "only the identify tool opens";
+
+    canvas.setTool(MapTool::ZoomBox);
+    clickTwice(QPoint(200, 200));
+    EXPECT_NEAR(canvas.view().unitsPerPixel, 0.125, 1e-9);
+    EXPECT_EQ(picks, 2);
+    EXPECT_EQ(opened, nullptr);
+}
+
 TEST_F(MapCanvasTest, AZoomBoxIsSeenWhole)
 {
     canvas.setTool(MapTool::ZoomBox);

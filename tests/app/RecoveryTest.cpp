@@ -23,26 +23,6 @@ class RecoveryTest : public testing::Test {
 protected:
     CFolder folder;
     QString path = folder.file(QStringLiteral("t.gpkg"));
-
-    static void rename(app::Document& document, const char* name)
-    {
-        document.act(QStringLiteral("Rinomina"),
-            [&] { document.library().SetTableName(document.library().GetTable(0), name); });
-    }
-    /// A copy as a program leaves it that ended early: nobody holds its lock.
-    QString leaveCopy()
-    {
-        app::Document document;
-        Recovery recovery(document);
-        openTown(document, path);
-        rename(document, "Recuperata");
-        EXPECT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
-        const QString left
-            = QFileInfo(recovery.path()).dir().filePath(QStringLiteral("lasciata.gpkg"));
-        EXPECT_TRUE(QFile::rename(recovery.path(), left));
-        QFile::rename(recovery.path() + QStringLiteral(".ini"), left + QStringLiteral(".ini"));
-        return left;
-    }
 };
 
 TEST_F(RecoveryTest, ACopyIsThereAfterEachActAndGoesWithTheSave)
@@ -52,7 +32,7 @@ TEST_F(RecoveryTest, ACopyIsThereAfterEachActAndGoesWithTheSave)
     openTown(document, path);
     EXPECT_FALSE(QFile::exists(recovery.path()));
 
-    rename(document, "Nuova");
+    renameTable(document, "Nuova");
     ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
     EXPECT_TRUE(QFile::exists(recovery.path()));
     EXPECT_TRUE(Recovery::leftBehind().empty()) << "its program still runs";
@@ -67,7 +47,7 @@ TEST_F(RecoveryTest, AnActThatChangesNothingWritesNothing)
     app::Document document;
     Recovery recovery(document);
     openTown(document, path);
-    rename(document, "Nuova");
+    renameTable(document, "Nuova");
     ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
     document.act(QStringLiteral("Interrogazione"), [] {});
     EXPECT_FALSE(recovery.isWriting());
@@ -78,13 +58,13 @@ TEST_F(RecoveryTest, AnotherLibraryWithAsManyChangesHasACopyOfItsOwn)
     app::Document document;
     Recovery recovery(document);
     openTown(document, path);
-    rename(document, "Prima");
+    renameTable(document, "Prima");
     ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
 
     const QString other = folder.file(QStringLiteral("altra.gpkg"));
     openTown(document, other);
     EXPECT_TRUE(waitFor([&] { return !QFile::exists(recovery.path()); })) << "given up";
-    rename(document, "Seconda"); // as many changes as before
+    renameTable(document, "Seconda"); // as many changes as before
     ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
 
     app::Document recovered;
@@ -103,9 +83,9 @@ TEST_F(RecoveryTest, ACopyThatCannotBeWrittenIsToldOnceAndTriedAgain)
     ASSERT_TRUE(QDir().mkpath(recovery.path())); // a folder is in the way
     QSignalSpy failed(&recovery, &Recovery::failed);
 
-    rename(document, "A");
+    renameTable(document, "A");
     ASSERT_TRUE(waitFor([&] { return !recovery.isWriting() && failed.count() > 0; }));
-    rename(document, "B");
+    renameTable(document, "B");
     ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
     EXPECT_EQ(failed.count(), 1);
 
@@ -121,7 +101,7 @@ TEST_F(RecoveryTest, TheLastOfManyQuickActsIsInTheCopy)
     Recovery recovery(document);
     openTown(document, path);
     for (const char* name : { "A", "B", "C", "Ultima" })
-        rename(document, name);
+        renameTable(document, name);
     ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
 
     app::Document other;
@@ -134,61 +114,34 @@ TEST_F(RecoveryTest, WorkGivenUpComesNotBackAlsoWhileItIsBeingWritten)
     app::Document document;
     Recovery recovery(document);
     openTown(document, path);
-    rename(document, "Nuova");
+    renameTable(document, "Nuova");
     recovery.forget();
     ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
 
     EXPECT_FALSE(QFile::exists(recovery.path()));
 }
 
-TEST_F(RecoveryTest, LeftWorkIsOfferedAndComesBackUnsaved)
+TEST_F(RecoveryTest, WhatIsTakenBackAfterTheSaveHasACopy)
 {
-    const QString left = leaveCopy();
-    const auto files = Recovery::leftBehind();
-    ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files.front().path, left);
-    EXPECT_EQ(files.front().originalPath, path);
+    app::Document document;
+    Recovery recovery(document);
+    openTown(document, path);
+    renameTable(document, "Salvata");
+    ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
+    ASSERT_TRUE(document.save().ok());
+    ASSERT_FALSE(QFile::exists(recovery.path()));
 
-    app::MainWindow window;
-    ui::CModalDriver driver;
-    driver.box(
-        QStringLiteral("Il programma si è chiuso prima che il lavoro su \"%1\" fosse salvato (%2)."
-                       "\nRecuperarlo?")
-            .arg(path, files.front().time),
-        kit::Answer::Yes);
-    window.offerRecovery();
+    document.undo();
+    ASSERT_FALSE(document.isSaved());
+    ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
+    ASSERT_TRUE(QFile::exists(recovery.path()));
+    app::Document other;
+    ASSERT_TRUE(other.openRecovered(recovery.path(), path).ok());
+    EXPECT_EQ(tableName(other), QStringLiteral("T"));
 
-    app::Document& document = window.document();
-    EXPECT_EQ(
-        document.library().GetTableName(document.library().GetTable(0)), orv::String("Recuperata"));
-    EXPECT_FALSE(document.isSaved());
-    EXPECT_TRUE(QFile::exists(left)) << "until the work has another copy";
-    ASSERT_TRUE(waitFor([&] { return !window.recovery().isWriting(); }));
-    EXPECT_TRUE(QFile::exists(window.recovery().path()));
-    EXPECT_FALSE(QFile::exists(left));
-    EXPECT_TRUE(Recovery::leftBehind().empty());
-    window.recovery().forget();
-}
-
-TEST_F(RecoveryTest, LeftWorkThatIsNotWantedIsThrownAwayAndOneMayAlsoDecideLater)
-{
-    const QString left = leaveCopy();
-    const QString question = QStringLiteral(
-        "Il programma si è chiuso prima che il lavoro su \"%1\" fosse salvato (%2)."
-        "\nRecuperarlo?")
-                                 .arg(path, Recovery::leftBehind().front().time);
-    app::MainWindow window;
-    {
-        ui::CModalDriver driver;
-        driver.box(question, kit::Answer::Cancel);
-        window.offerRecovery();
-    }
-    EXPECT_TRUE(QFile::exists(left));
-    ui::CModalDriver driver;
-    driver.box(question, kit::Answer::No);
-    window.offerRecovery();
-    EXPECT_FALSE(QFile::exists(left));
-    EXPECT_EQ(window.document().library().GetNumTables(), 0);
+    document.redo(); // what the file holds
+    EXPECT_TRUE(document.isSaved());
+    EXPECT_FALSE(QFile::exists(recovery.path()));
 }
 
 } // namespace
