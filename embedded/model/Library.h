@@ -133,6 +133,9 @@ public:
     /// Reads everything that is still only in the store, also what could not be read before (before
     /// saving elsewhere or when the file must be let go). Errors: those of the store's reading.
     Result<void> loadAll();
+    /// Why a field or theme that the library has could not be read; null while all that was asked
+    /// for could. One that was deleted stands in nobody's way.
+    [[nodiscard]] const Error* failedRead() const;
     /// Builders: adds an object as it is, not recorded.
     gis::CDBTable* adoptTable(std::unique_ptr<gis::CDBTable> table);
     gis::CTheme* adoptTheme(std::unique_ptr<gis::CTheme> theme);
@@ -190,9 +193,6 @@ private:
     struct Data;
     std::unique_ptr<Data> m_data;
     void retryFailedReads();
-    /// Why a field or theme that the library has could not be read; null while all that was asked
-    /// for could. One that was deleted stands in nobody's way.
-    [[nodiscard]] const Error* failedRead() const;
     void insertTable(std::shared_ptr<gis::CDBTable> table, std::size_t position);
     void eraseTable(const gis::CDBTable* table);
     void insertTheme(std::shared_ptr<gis::CTheme> theme, std::size_t position);
