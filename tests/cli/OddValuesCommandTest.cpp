@@ -11,7 +11,9 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <array>
 #include <limits>
+#include <map>
 
 // Names, texts and coordinates that no format of the output has room for as they are.
 
@@ -165,6 +167,34 @@ TEST_F(OddValuesCommandTest, InfoShowsANameOnOneLineWithoutCommandsForTheTermina
     EXPECT_EQ(Json::parse(run({ "info", named, "--json" }).out).at("themes").at(0).at("name"),
         "Vie\n\x1B[31mrosse\x7F")
         << "programs get the name itself";
+}
+
+TEST_F(OddValuesCommandTest, AnExportSaysWhatAShapefileCannotHold)
+{
+    const auto report = m_folder.path("report.json");
+    const auto codes = [&](const std::string& library) {
+        const auto outcome
+            = run({ "export", library, "--to", m_folder.path(), "--report", report });
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+        const Json written = Json::parse(contents(report)).at("themes").at(0);
+        std::map<std::string, int> counts;
+        for (const auto& finding : written.at("findings"))
+            if (finding.at("warning") == true)
+                counts[finding.at("code")] = finding.at("count");
+        return counts;
+    };
+
+    makeShapes(m_shapes, gis::EntType::Lines,
+        { { { 0, 0, NoNumber }, { 1, 1, 5 } }, { { 2, 3, 4 }, { 5, 6, 7 } } });
+    EXPECT_EQ(codes(m_shapes), (std::map<std::string, int> { { "shapes-not-written", 1 } }));
+    const auto shapes
+        = run({ "query", m_folder.path("Rilievo.shp"), "1 = 1", "--format", "geojson" });
+    const Json features = Json::parse(shapes.out).at("features");
+    ASSERT_EQ(features.size(), 2U) << "its row is kept";
+    EXPECT_TRUE(features[0].at("geometry").is_null());
+
+    EXPECT_EQ(codes(m_texts).at("text-invalid"), 2);
+    EXPECT_EQ(run({ "values", m_folder.path("T.shp"), "N" }).err, "") << "a file without fault";
 }
 
 TEST_F(OddValuesCommandTest, ALimitBeyondAllRowsGivesAllRows)
