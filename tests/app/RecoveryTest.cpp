@@ -142,6 +142,10 @@ TEST_F(RecoveryTest, WhatIsTakenBackAfterTheSaveHasACopy)
     document.redo(); // what the file holds
     EXPECT_TRUE(document.isSaved());
     EXPECT_FALSE(QFile::exists(recovery.path()));
+    document.undo(); // where a copy was written before, which is gone
+    ASSERT_TRUE(waitFor([&] { return !recovery.isWriting(); }));
+    EXPECT_TRUE(QFile::exists(recovery.path()));
+    recovery.forget();
 }
 
 } // namespace
