@@ -15,14 +15,23 @@ constexpr int ProgressSteps = 1000;
 constexpr int LongestLabelPixels = 500;
 constexpr std::chrono::milliseconds EventsEvery(40);
 
-/// Stays until its work is done: were it closed, the windows below would take input again.
-class CFirmProgress final : public QProgressDialog {
+/// Stays until its work is done, which may take a moment after it was stopped: were it hidden, the
+/// windows below would take input again.
+class CProgressDialog final : public QProgressDialog {
 public:
-    using QProgressDialog::QProgressDialog;
-    void reject() override { }
+    explicit CProgressDialog(QWidget* owner)
+        : QProgressDialog(owner)
+    {
+        disconnect(this, SIGNAL(canceled()), this, SLOT(cancel())); // which hides it
+    }
+    void reject() override { Q_EMIT canceled(); }
 
 protected:
-    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+    void closeEvent(QCloseEvent* event) override
+    {
+        event->ignore();
+        Q_EMIT canceled();
+    }
 };
 
 } // namespace
@@ -47,32 +56,29 @@ void Progress::show()
     QWidget* owner = m_parent && m_parent->window()->isVisible() ? m_parent->window()
                                                                  : QApplication::activeWindow();
     m_pause.emplace();
-    m_dialog
-        = m_kind == ProgressKind::Stoppable ? new QProgressDialog(owner) : new CFirmProgress(owner);
+    m_dialog = new CProgressDialog(owner);
     m_dialog->setObjectName(QStringLiteral("CProgress"));
     auto* label = new QLabel; // names in it are shown as they are, however long
     label->setTextFormat(Qt::PlainText);
     label->setText(label->fontMetrics().elidedText(m_label, Qt::ElideRight, LongestLabelPixels));
     m_dialog->setLabel(label);
     m_dialog->setRange(0, ProgressSteps);
+    m_dialog->setCancelButton(nullptr); // its Escape too: of two, neither would do anything
     if (m_kind == ProgressKind::Stoppable) {
         auto* cancel = new QPushButton(QStringLiteral("Annulla"));
         cancel->setObjectName(QStringLiteral("id2"));
         cancel->setAutoDefault(false);
         m_dialog->setCancelButton(cancel);
-    } else {
-        m_dialog->setCancelButton(nullptr);
+        QObject::connect(m_dialog, &QProgressDialog::canceled, cancel, [this, cancel] {
+            m_isCancelled = true;
+            cancel->setEnabled(false);
+        });
     }
     m_dialog->setWindowModality(Qt::ApplicationModal);
     m_dialog->setMinimumDuration(0);
     m_dialog->setAutoClose(false);
     m_dialog->setAutoReset(false);
     m_dialog->show();
-}
-
-bool Progress::isToStop() const
-{
-    return m_kind == ProgressKind::Stoppable && m_dialog && m_dialog->wasCanceled();
 }
 
 bool Progress::advance(double fraction)
@@ -90,7 +96,6 @@ bool Progress::advance(double fraction)
     }
     m_dialog->setValue(static_cast<int>(fraction * ProgressSteps));
     QCoreApplication::processEvents();
-    m_isCancelled = m_isCancelled || isToStop();
     m_lastEvents = std::chrono::steady_clock::now();
     return !m_isCancelled;
 }

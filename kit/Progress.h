@@ -24,7 +24,8 @@ enum class ProgressKind {
 };
 
 /// Progress of work that runs in slices on the user-interface thread: nothing to be seen while it
-/// is quick, after that a small dialog with "Annulla". Other windows take no input meanwhile.
+/// is quick, after that a small dialog with "Annulla". Other windows take no input until the end,
+/// also when it was stopped.
 /// Thread: the user interface's. Without an application it only counts.
 class Progress final {
 public:
@@ -40,7 +41,6 @@ public:
 
 private:
     void show();
-    [[nodiscard]] bool isToStop() const;
 
     QPointer<QWidget> m_parent;
     QString m_label;

@@ -31,10 +31,13 @@ struct CancelWhenShown {
     CancelWhenShown()
     {
         QObject::connect(&timer, &QTimer::timeout, [this] {
-            if (auto* progress = shownProgress()) {
+            auto* progress = shownProgress();
+            auto* button
+                = progress ? progress->findChild<QPushButton*>(QStringLiteral("id2")) : nullptr;
+            if (button && button->isEnabled()) {
                 ++seen;
                 label = progress->labelText();
-                caption = progress->findChild<QPushButton*>(QStringLiteral("id2"))->text();
+                caption = button->text();
                 hadWaitCursor = QGuiApplication::overrideCursor() != nullptr;
                 press(*progress, 2);
             }
