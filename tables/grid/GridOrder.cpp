@@ -162,9 +162,13 @@ private:
             key = static_cast<const std::uint8_t*>(chunk.values)[i];
             return true;
         case gis::ColumnKind::Integer:
-        case gis::ColumnKind::Date:
             key = keyOfInteger(static_cast<const std::int32_t*>(chunk.values)[i]);
             return true;
+        case gis::ColumnKind::Date: {
+            const std::int32_t day = static_cast<const std::int32_t*>(chunk.values)[i];
+            key = keyOfInteger(day);
+            return day != 0 || !m_isFirstDayEmpty;
+        }
         case gis::ColumnKind::Decimal: {
             const double value = static_cast<const double*>(chunk.values)[i];
             key = keyOfDecimal(value);
@@ -186,6 +190,8 @@ private:
     const int m_rowCount;
     std::vector<std::uint32_t> m_ranks;
     std::uint32_t m_nextEditedCode = 0;
+    /// The moment 0 is shown as no date, and is a day's midnight in some time zones.
+    const bool m_isFirstDayEmpty = orv::LocalMidnightOfDay(0) == 0;
 };
 
 /// Reads the keys cell by cell; values of another kind than the format's, which only an unusual

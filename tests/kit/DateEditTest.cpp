@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "kit/DateEdit.h"
 
+#include "tests/support/ui/CalendarDriver.h"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QCalendarWidget>
-#include <QTest>
-#include <QTimer>
 
 namespace {
 
@@ -21,22 +20,6 @@ protected:
         edit.setFocus();
         QApplication::processEvents();
     }
-    /// F4, and what one does with the calendar while it is open; false where none opened.
-    template <typename Act> bool withCalendar(const Act& act)
-    {
-        bool wasOpen = false;
-        QTimer::singleShot(20, &edit, [&] {
-            QWidget* popup = QApplication::activePopupWidget();
-            auto* calendar = popup ? popup->findChild<QCalendarWidget*>() : nullptr;
-            wasOpen = calendar != nullptr;
-            if (calendar)
-                act(*calendar);
-            if (popup && popup->isVisible())
-                QTest::keyClick(popup, Qt::Key_Escape);
-        });
-        QTest::keyClick(&edit, Qt::Key_F4);
-        return wasOpen;
-    }
     kit::CDateEdit edit;
 };
 
@@ -44,7 +27,7 @@ TEST_F(DateEditTest, F4OpensACalendarOnTheDateAndTakesTheChosenDay)
 {
     edit.setText(QStringLiteral("05/03/2016"));
     QDate shown;
-    ASSERT_TRUE(withCalendar([&](QCalendarWidget& calendar) {
+    ASSERT_TRUE(ui::withCalendar(edit, [&](QCalendarWidget& calendar) {
         shown = calendar.selectedDate();
         Q_EMIT calendar.clicked(QDate(2016, 3, 31));
     }));
@@ -56,7 +39,7 @@ TEST_F(DateEditTest, F4OpensACalendarOnTheDateAndTakesTheChosenDay)
 TEST_F(DateEditTest, LeavingTheCalendarLeavesTheDate)
 {
     edit.setText(QStringLiteral("05/03/2016"));
-    ASSERT_TRUE(withCalendar([](QCalendarWidget&) {}));
+    ASSERT_TRUE(ui::withCalendar(edit, [](QCalendarWidget&) {}));
     EXPECT_EQ(edit.text(), QStringLiteral("05/03/2016"));
 }
 
@@ -64,7 +47,8 @@ TEST_F(DateEditTest, AWrongTextOpensTheCalendarOnTodayAndStays)
 {
     edit.setText(QStringLiteral("31/02/2020"));
     QDate shown;
-    ASSERT_TRUE(withCalendar([&](QCalendarWidget& calendar) { shown = calendar.selectedDate(); }));
+    ASSERT_TRUE(ui::withCalendar(
+        edit, [&](QCalendarWidget& calendar) { shown = calendar.selectedDate(); }));
     EXPECT_EQ(shown, QDate::currentDate());
     EXPECT_EQ(edit.text(), QStringLiteral("31/02/2020"));
 }

@@ -3,6 +3,7 @@
 #include "tables/grid/GridOrder.h"
 
 #include "tests/support/RecordingLibrary.h"
+#include "tests/support/TimeZoneScope.h"
 
 #include <gtest/gtest.h>
 
@@ -54,6 +55,16 @@ TEST_P(GridOrderTest, DatesGoByTheirDayNotByTheirText)
     open("table T (g date); rows T: (02/01/2016), (01/12/2015), (-), (03/01/1960)");
 
     EXPECT_EQ(order(0), (Rows { 3, 1, 0, 2 }));
+}
+
+TEST_P(GridOrderTest, ADateOfZeroIsShownAsNoDateAndGoesAmongTheMissingOnes)
+{
+    const support::TimeZoneScope utc("UTC");
+    open("table T (g date); rows T: (02/01/2016), (01/01/1970), (03/01/1960), (-), (05/01/1970)");
+    ASSERT_EQ(m_contents->text(1, 0).Bytes(), "");
+
+    EXPECT_EQ(order(0), (Rows { 2, 4, 0, 1, 3 }));
+    EXPECT_EQ(order(0, SortDirection::Descending), (Rows { 0, 4, 2, 1, 3 }));
 }
 
 TEST_P(GridOrderTest, TextsGoByTheirBytesAndEqualOnesInFillOrder)
