@@ -24,15 +24,35 @@ Answer ask(const QString& text, BoxButtons buttons)
     return FMessageBox(nullptr, text, QStringLiteral("Titolo"), BoxIcon::Exclamation, buttons);
 }
 
+/// What a box answers to keys, once it has them; `press` may come again while the box is open.
+template <typename Press> Answer answerTo(BoxButtons buttons, const Press& press)
+{
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            if (box->isActiveWindow())
+                press(*box);
+    });
+    timer.start(1);
+    return ask(QStringLiteral("Procedere?"), buttons);
+}
+
 Answer escapeOn(BoxButtons buttons)
 {
-    QTimer escape;
-    QObject::connect(&escape, &QTimer::timeout, [] {
-        if (auto* box = QApplication::activeModalWidget())
-            QTest::keyClick(box, Qt::Key_Escape);
+    return answerTo(buttons, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+}
+
+/// Tab up to a button, and there the key.
+Answer keyOnButton(
+    BoxButtons buttons, QMessageBox::StandardButton wanted, Qt::Key key, Qt::KeyboardModifier held)
+{
+    return answerTo(buttons, [&](QMessageBox& box) {
+        QWidget* button = box.button(wanted);
+        for (int tabs = 0; tabs < 3 && !button->hasFocus(); ++tabs)
+            QTest::keyClick(box.focusWidget(), Qt::Key_Tab);
+        EXPECT_TRUE(button->hasFocus());
+        QTest::keyClick(box.focusWidget(), key, held);
     });
-    escape.start(1);
-    return ask(QStringLiteral("Procedere?"), buttons);
 }
 
 } // namespace
@@ -78,6 +98,22 @@ TEST(MessageBoxTest, EscapeIsTheMostHarmlessAnswer)
     EXPECT_EQ(escapeOn(BoxButtons::YesNo), Answer::No);
     EXPECT_EQ(escapeOn(BoxButtons::YesNoCancel), Answer::Cancel);
     EXPECT_EQ(escapeOn(BoxButtons::Ok), Answer::Ok);
+}
+
+TEST(MessageBoxTest, ReturnOnAButtonThatTabReachedIsThatButton)
+{
+    const std::pair<Qt::Key, Qt::KeyboardModifier> keys[]
+        = { { Qt::Key_Return, Qt::NoModifier }, { Qt::Key_Enter, Qt::KeypadModifier } };
+    for (const auto& [key, held] : keys) {
+        const auto answer = [&, key = key, held = held](auto buttons, auto button) {
+            return keyOnButton(buttons, button, key, held);
+        };
+        EXPECT_EQ(answer(BoxButtons::YesNo, QMessageBox::No), Answer::No);
+        EXPECT_EQ(answer(BoxButtons::YesNoCancel, QMessageBox::No), Answer::No);
+        EXPECT_EQ(answer(BoxButtons::YesNoCancel, QMessageBox::Cancel), Answer::Cancel);
+        EXPECT_EQ(answer(BoxButtons::OkCancel, QMessageBox::Cancel), Answer::Cancel);
+        EXPECT_EQ(answer(BoxButtons::YesNo, QMessageBox::Yes), Answer::Yes) << "without a Tab";
+    }
 }
 
 TEST(MessageBoxTest, AMessageIsShownByItsNumberWithItsArgument)
