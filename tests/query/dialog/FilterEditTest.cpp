@@ -74,6 +74,32 @@ TEST(FilterEditTest, CompletesFieldsAndKeywordsByWhatWasTyped)
     EXPECT_TRUE(e.completionsOf("zzz").isEmpty());
 }
 
+TEST(FilterEditTest, ABracketInATextIsNoNameAndAnApostropheInANameIsNoText)
+{
+    Edit e;
+    const QStringList offered { QStringLiteral("Nome"), QStringLiteral("Note"),
+        QStringLiteral("NOT"), QStringLiteral("Now()") };
+
+    EXPECT_EQ(e.completionsOf("Nome = 'x [y' AND no"), offered);
+    EXPECT_EQ(e.completionsOf("Nome = '[' OR Nome = ']' AND no"), offered);
+    EXPECT_EQ(e.completionsOf("[L'altro] = 1 AND no"), offered);
+    EXPECT_EQ(e.completionsOf("Nome = 'x [y' AND [Data r"),
+        QStringList { QStringLiteral("[Data rilievo]") });
+}
+
+TEST(FilterEditTest, CtrlSpaceAfterATextWithABracketReplacesOnlyTheWord)
+{
+    Edit e;
+    e.edit.setText(QStringLiteral("Nome = 'x [y' AND dat"));
+
+    QTest::keyClick(&e.edit, Qt::Key_Space, Qt::ControlModifier);
+    QWidget* popup = QApplication::activePopupWidget();
+    ASSERT_NE(popup, nullptr);
+    QTest::keyClick(popup, Qt::Key_Return);
+
+    EXPECT_EQ(e.edit.text(), QStringLiteral("Nome = 'x [y' AND [Data rilievo]"));
+}
+
 TEST(FilterEditTest, CtrlSpaceOffersAndReturnTakesTheWord)
 {
     Edit e;

@@ -3,6 +3,7 @@
 #include "query/dialog/LiveCount.h"
 
 #include "embedded/model/Library.h"
+#include "tests/query/dialog/ManyRows.h"
 #include "tests/support/RecordingLibrary.h"
 #include "tests/support/ui/ModalDriver.h"
 
@@ -10,7 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QSignalSpy>
+
+#include <stdexcept>
 
 using query::CLiveCount;
 using support::CRecordingLibrary;
@@ -156,6 +160,106 @@ TEST(LiveCountOfManyTest, ARunningCountIsGivenUpForTheNextText)
 
     ASSERT_TRUE(ui::waitUntil([&] { return live.state().text.contains(QLatin1String("su")); }));
     EXPECT_EQ(live.state().text.toStdString(), "30.000 entità su 60.000 soddisfano il filtro");
+}
+
+/// A count over columns runs on another thread; here it is long enough to be seen running.
+class LiveCountOverColumnsTest : public testing::Test {
+protected:
+    using Clock = std::chrono::steady_clock;
+    void startCounting()
+    {
+        rows.asked = 0;
+        live->setTheme(library.GetTheme(0));
+        live->setFilter(QString::fromLatin1(querytest::SlowFilter));
+        ASSERT_TRUE(ui::waitUntil([&] { return rows.asked > 0; }));
+        ASSERT_EQ(live->state().text, QString());
+    }
+
+    CRecordingLibrary library { "table T (n integer); theme P: points 2d on T active" };
+    querytest::CManyRows rows { library };
+    std::chrono::milliseconds whole
+        = querytest::makeSlow(rows, library, std::chrono::milliseconds(600));
+    std::unique_ptr<CLiveCount> live = std::make_unique<CLiveCount>(&library);
+};
+
+TEST_F(LiveCountOverColumnsTest, TheNextTextStopsACountThatIsRunning)
+{
+    startCounting();
+    const auto start = Clock::now();
+
+    live->setFilter(QStringLiteral("n = 1"));
+
+    ASSERT_TRUE(ui::waitUntil([&] { return !live->state().text.isEmpty(); }));
+    EXPECT_LT(Clock::now() - start, whole) << "else the next one would begin after it";
+    EXPECT_EQ(live->state().text.section(QLatin1Char(' '), 0, 0).remove(QLatin1Char('.')),
+        QString::number(rows.chunks()))
+        << "the number of this text, not of the last";
+}
+
+TEST_F(LiveCountOverColumnsTest, TheEndOfTheDialogStopsACountThatIsRunning)
+{
+    startCounting();
+    const auto start = Clock::now();
+
+    live.reset();
+
+    EXPECT_LT(Clock::now() - start, whole * 2 / 3);
+}
+
+/// A host that fails while it is asked.
+TEST(LiveCountOfFailingHostsTest, AnExceptionOfACellLeavesTheLineEmpty)
+{
+    CRecordingLibrary library("table T (n integer); rows T: (1), (2), (3);"
+                              "theme P: points 2d on T active; ents P: 0 [0 0], 1 [1 1], 2 [2 2]");
+    int asked = 0;
+    library.answerCells([&](orv::CResultRow*, int, orv::CPolyValue&) -> bool {
+        if (++asked % 2 == 0)
+            throw std::runtime_error("the disk has gone");
+        return false;
+    });
+    CLiveCount live(&library);
+    const QSignalSpy shown(&live, &CLiveCount::stateChanged);
+    live.setTheme(library.GetTheme(0));
+    const auto before = shown.count();
+
+    live.setFilter(QStringLiteral("n > 1"));
+
+    ASSERT_TRUE(ui::waitUntil([&] { return shown.count() > before; }));
+    EXPECT_EQ(asked, 2) << "it is not asked again and again";
+    EXPECT_EQ(live.state().text, QString());
+    EXPECT_FALSE(live.state().isWrong);
+    EXPECT_FALSE(ui::waitUntil([&] { return asked > 2; }, 100));
+
+    library.answerCells(nullptr);
+    live.setFilter(QStringLiteral("n > 2"));
+    EXPECT_TRUE(ui::waitUntil([&] {
+        return live.state().text == QStringLiteral("1 entità su 3 soddisfa il filtro");
+    })) << live.state().text.toStdString();
+}
+
+TEST(LiveCountOfFailingHostsTest, AnExceptionOfItsColumnsLeavesTheLineEmpty)
+{
+    struct CFailing final : gis::IColumns {
+        int asked = 0;
+        bool GetColumn(gis::CDBTable*, int, gis::ColumnView&) override { fail(); }
+        bool GetEntityRuns(gis::CTheme*, gis::EntityRunsView&) override { fail(); }
+        [[noreturn]] void fail()
+        {
+            ++asked;
+            throw std::runtime_error("the disk has gone");
+        }
+    } columns;
+    CRecordingLibrary library("table T (n integer); theme P: points 2d on T active");
+    library.offer(gis::ColumnsExtension, static_cast<gis::IColumns*>(&columns));
+    CLiveCount live(&library);
+    live.setTheme(library.GetTheme(0));
+
+    live.setFilter(QStringLiteral("n > 1"));
+
+    ASSERT_TRUE(ui::waitUntil([&] { return columns.asked > 0; }));
+    QApplication::processEvents();
+    EXPECT_EQ(live.state().text, QString());
+    EXPECT_FALSE(live.state().isWrong);
 }
 
 TEST(LiveCountWithoutAThemeTest, ChecksTheTextAndCountsNothing)
