@@ -30,7 +30,7 @@ public:
     {
         std::iota(m_values.begin(), m_values.end(), 0);
         library.offer(gis::ColumnsExtension, static_cast<gis::IColumns*>(this));
-        setChunks(64);
+        setChunks(16);
     }
     void setChunks(int chunks)
     {
