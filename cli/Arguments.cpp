@@ -131,7 +131,8 @@ void describeQuery(CLI::App& app, QueryArguments& arguments)
     app.add_option("--theme", arguments.theme, "theme to ask; not needed where there is one");
     app.add_flag("--count", arguments.isCountOnly, "only the number of entities found");
     app.add_option("--fields", arguments.fields, "only these fields, e.g. Nome,Tipo");
-    app.add_option("--limit", arguments.limit, "only the first so many")->transform(wholeFromZero());
+    app.add_option("--limit", arguments.limit, "only the first so many")
+        ->transform(wholeFromZero());
     app.add_option("--format", arguments.format, "table, csv, json or geojson")
         ->transform(byName(RowFormats))
         ->default_str("table");

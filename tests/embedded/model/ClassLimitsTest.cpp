@@ -81,10 +81,9 @@ TEST(ClassLimitsTest, ValuesThatBecomeOneAreOneClass)
 
     map.change(FieldFormat::Integer);
 
-    EXPECT_EQ(map.classes(), "'Default' -..-, '2.5' 3..3, '7.0' 7..7");
+    EXPECT_EQ(map.classes(), "'Default' -..-, '2.5' 3..3, '7' 7..7");
     ASSERT_TRUE(map.changes.Undo());
-    EXPECT_EQ(
-        map.classes(), "'Default' -..-, '2.5' 2.5..2.5, '2.6' 2.6..2.6, '3.0' 3..3, '7.0' 7..7");
+    EXPECT_EQ(map.classes(), "'Default' -..-, '2.5' 2.5..2.5, '2.6' 2.6..2.6, '3' 3..3, '7' 7..7");
 }
 
 TEST(ClassLimitsTest, WhenNoValueIsLeftOnlyTheDefaultClassIs)

@@ -104,7 +104,7 @@ TEST_P(ReadingsTest, HostsThatDoNotSayAreBelieved)
     EXPECT_EQ(found("Corsie IS NULL"), 2);
 }
 
-TEST_P(ReadingsTest, TheFirstUnreadableFieldIsNamedAsTheFilterWritesIt)
+TEST_P(ReadingsTest, TheFirstUnreadableFieldIsNamedAsTheTableHasIt)
 {
     m_readings.unreadable = { 0, 1 };
     const auto parsed = query::parseFilter(
@@ -113,7 +113,7 @@ TEST_P(ReadingsTest, TheFirstUnreadableFieldIsNamedAsTheFilterWritesIt)
     const auto name = query::unreadableField(&m_library, m_library.GetTheme(0), *parsed.root);
 
     ASSERT_TRUE(name.has_value());
-    EXPECT_EQ(*name, orv::String("corsie"));
+    EXPECT_EQ(*name, orv::String("Corsie"));
     EXPECT_FALSE(query::unreadableField(nullptr, m_library.GetTheme(0), *parsed.root));
     EXPECT_FALSE(query::unreadableField(&m_library, nullptr, *parsed.root));
 }
