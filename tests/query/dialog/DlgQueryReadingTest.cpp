@@ -13,6 +13,7 @@ namespace {
 
 class DlgQueryReadingTest : public querytest::DlgQueryFixture {
 protected:
+    ~DlgQueryReadingTest() override { m_dialog.reset(); } // before the columns that it reads
     void openOverColumns(int milliseconds)
     {
         m_library.offerColumns();
