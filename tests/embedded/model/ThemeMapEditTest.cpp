@@ -300,28 +300,20 @@ TEST(ThemeMapEditTest, NullsAndForeignFieldsAreHarmless)
 
 TEST(ThemeMapEditTest, AThemeThatIsGoneTakesNoMap)
 {
-    Mapped mapped("table T (n integer); theme Altro: lines on T");
-    mapped.library->SetThemeActive(mapped.library->FindTheme("Altro"));
-    gis::CTheme* theme = mapped.library->FindTheme("T");
-    CCtrlThemeMapEdit map(theme);
-    map.SetMapType(MapType::SingleValue);
-    ASSERT_TRUE(mapped.library->DeleteTheme(theme));
+    // Cleared, nobody can take the deletion back: the theme's memory is let go.
+    for (const bool isCleared : { false, true }) {
+        Mapped mapped("table T (n integer); theme Altro: lines on T");
+        mapped.library->SetThemeActive(mapped.library->FindTheme("Altro"));
+        gis::CTheme* theme = mapped.library->FindTheme("T");
+        CCtrlThemeMapEdit map(theme);
+        map.SetMapType(MapType::SingleValue);
+        ASSERT_TRUE(mapped.library->DeleteTheme(theme));
+        if (isCleared)
+            mapped.changes.Clear();
 
-    EXPECT_FALSE(map.Commit(nullptr));
-}
-
-TEST(ThemeMapEditTest, AThemeWhoseLastTraceIsGoneIsNotTouched)
-{
-    Mapped mapped("table T (n integer); theme Altro: lines on T");
-    mapped.library->SetThemeActive(mapped.library->FindTheme("Altro"));
-    gis::CTheme* theme = mapped.library->FindTheme("T");
-    CCtrlThemeMapEdit map(theme);
-    map.SetMapType(MapType::SingleValue);
-    ASSERT_TRUE(mapped.library->DeleteTheme(theme));
-    mapped.changes.Clear(); // nobody can take the deletion back: the theme's memory is let go
-
-    EXPECT_FALSE(map.Commit(nullptr));
-    EXPECT_FALSE(mapped.changes.CanUndo());
+        EXPECT_FALSE(map.Commit(nullptr));
+        EXPECT_EQ(mapped.changes.CanUndo(), !isCleared);
+    }
 }
 
 TEST(ThemeMapEditTest, AThemeDeletedWhereNothingIsRecordedIsNotTouched)

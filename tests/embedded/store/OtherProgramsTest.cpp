@@ -260,7 +260,7 @@ TEST_F(OtherProgramsTest, ALayerAddedIsSaidAndStaysInTheFile)
 TEST_F(OtherProgramsTest, ALayerThatGdalAddsIsSaid)
 {
     if (!isInstalled("ogr2ogr"))
-        GTEST_SKIP() << "ogr2ogr is not installed";
+        GTEST_SKIP() << "no ogr2ogr here (package gdal-bin, which ./test installs)";
     library.reset();
     const std::string other = folder.file("altro.geojson");
     writeBytes(other,

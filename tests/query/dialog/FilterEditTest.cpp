@@ -87,15 +87,21 @@ TEST(FilterEditTest, ABracketInATextIsNoNameAndAnApostropheInANameIsNoText)
         QStringList { QStringLiteral("[Data rilievo]") });
 }
 
+/// Ctrl+Space, then Return on what is offered first.
+static void takeFirstOffer(QWidget& edit)
+{
+    QTest::keyClick(&edit, Qt::Key_Space, Qt::ControlModifier);
+    QWidget* popup = QApplication::activePopupWidget();
+    ASSERT_NE(popup, nullptr);
+    QTest::keyClick(popup, Qt::Key_Return);
+}
+
 TEST(FilterEditTest, CtrlSpaceAfterATextWithABracketReplacesOnlyTheWord)
 {
     Edit e;
     e.edit.setText(QStringLiteral("Nome = 'x [y' AND dat"));
 
-    QTest::keyClick(&e.edit, Qt::Key_Space, Qt::ControlModifier);
-    QWidget* popup = QApplication::activePopupWidget();
-    ASSERT_NE(popup, nullptr);
-    QTest::keyClick(popup, Qt::Key_Return);
+    takeFirstOffer(e.edit);
 
     EXPECT_EQ(e.edit.text(), QStringLiteral("Nome = 'x [y' AND [Data rilievo]"));
 }
@@ -105,10 +111,7 @@ TEST(FilterEditTest, CtrlSpaceOffersAndReturnTakesTheWord)
     Edit e;
     e.edit.setText(QStringLiteral("Nome = 'x' AND dat"));
 
-    QTest::keyClick(&e.edit, Qt::Key_Space, Qt::ControlModifier);
-    QWidget* popup = QApplication::activePopupWidget();
-    ASSERT_NE(popup, nullptr);
-    QTest::keyClick(popup, Qt::Key_Return);
+    takeFirstOffer(e.edit);
 
     EXPECT_EQ(e.edit.text(), QStringLiteral("Nome = 'x' AND [Data rilievo]"));
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
