@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -85,5 +86,9 @@ public:
 private:
     std::optional<Error> m_error;
 };
+
+/// Asked by long work now and then, from the threads that do it: true once it is to end, with the
+/// error Cancelled. An empty one never stops it.
+using IsStopped = std::function<bool()>;
 
 } // namespace embedded

@@ -2,12 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "embedded/model/FieldUses.h"
 
+#include "embedded/model/ClassLimits.h"
 #include "embedded/model/ThemeClasses.h"
-
-#include <algorithm>
-#include <limits>
-#include <string>
-#include <unordered_set>
 
 namespace embedded {
 namespace {
@@ -15,49 +11,6 @@ namespace {
 bool isNumber(gis::FieldFormat format)
 {
     return format == gis::FieldFormat::Integer || format == gis::FieldFormat::Decimal;
-}
-
-/// Limits that follow each other as they do in new intervals: whole numbers begin one after the end
-/// of the class before, decimals where it ends. A class that no whole number is left for goes.
-void joinIntervals(Classes& classes, gis::FieldFormat format)
-{
-    const gis::CFeatureClass* before = nullptr;
-    for (auto& one : classes) {
-        if (one->low.IsEmpty())
-            continue; // the default class, and that of rows without a value
-        bool isLeft = true;
-        if (before && format == gis::FieldFormat::Integer) {
-            isLeft = before->high.GetInt32Value() < std::numeric_limits<int>::max();
-            if (isLeft)
-                one->low = before->high.GetInt32Value() + 1;
-        } else if (before)
-            one->low = before->high;
-        isLeft = isLeft && one->low.GetDoubleValue() <= one->high.GetDoubleValue();
-        if (isLeft)
-            before = one.get();
-        else
-            one.reset();
-    }
-    std::erase(classes, nullptr);
-}
-
-/// A limit among whole numbers; one beyond them all is the last of them.
-orv::CPolyValue wholeLimit(const orv::CPolyValue& limit)
-{
-    using Limits = std::numeric_limits<int>;
-    if (limit.GetType() != orv::PolyDouble)
-        return limit;
-    return orv::CPolyValue(
-        std::clamp(limit.GetDoubleValue(), double { Limits::min() }, double { Limits::max() }));
-}
-
-/// Of classes whose values have become one, the first is kept.
-void uniteEqualValues(Classes& classes)
-{
-    std::unordered_set<std::string> seen; // of one kind, so told apart by their texts
-    std::erase_if(classes, [&seen](const auto& one) {
-        return !one->low.IsEmpty() && !seen.insert(one->low.GetStringValue().Bytes()).second;
-    });
 }
 
 ThematicMap noMap()
@@ -101,7 +54,8 @@ void releaseField(Library& library, const gis::CField& field)
     }
 }
 
-void convertClassLimits(Library& library, const gis::CField& field, gis::FieldFormat to)
+void convertClassLimits(
+    Library& library, const gis::CField& field, gis::FieldFormat to, const Column& converted)
 {
     for (gis::CTheme* theme : library.themes()) {
         if (theme->map.field != &field)
@@ -110,39 +64,22 @@ void convertClassLimits(Library& library, const gis::CField& field, gis::FieldFo
             library.setThemeMap(theme, noMap());
             continue;
         }
-        ThematicMap map;
-        map.type = theme->map.type;
-        map.field = theme->map.field;
-        map.classCount = theme->map.classCount;
-        map.classes = copyClasses(theme->map.classes);
-        for (auto& one : map.classes) {
-            const bool hadLimits = !one->low.IsEmpty();
-            if (map.type == gis::MapType::Interval && to == gis::FieldFormat::Integer) {
-                one->low = wholeLimit(one->low);
-                one->high = wholeLimit(one->high);
-            }
-            one->low = convertCell(one->low, field.format, to, field.decimalDigits());
-            one->high = convertCell(one->high, field.format, to, field.decimalDigits());
-            if (hadLimits && one->low.IsEmpty())
-                one.reset(); // no row has its value any more
-        }
-        std::erase(map.classes, nullptr);
-        if (map.type == gis::MapType::SingleValue)
-            uniteEqualValues(map.classes);
-        if (map.type == gis::MapType::Interval)
-            joinIntervals(map.classes, to);
+        ThematicMap map = copyOf(theme->map);
+        convertClasses(map, field.format, field.decimalDigits(), to, converted.emptyCount() > 0);
         library.setThemeMap(theme, std::move(map));
     }
 }
 
-std::vector<std::unique_ptr<gis::CFeatureClass>> copyClasses(
-    const std::vector<std::unique_ptr<gis::CFeatureClass>>& classes)
+ThematicMap copyOf(const ThematicMap& map)
 {
-    std::vector<std::unique_ptr<gis::CFeatureClass>> copies;
-    copies.reserve(classes.size());
-    for (const auto& one : classes)
-        copies.push_back(std::make_unique<gis::CFeatureClass>(*one));
-    return copies;
+    ThematicMap copy;
+    copy.type = map.type;
+    copy.field = map.field;
+    copy.classCount = map.classCount;
+    copy.classes.reserve(map.classes.size());
+    for (const auto& one : map.classes)
+        copy.classes.push_back(std::make_unique<gis::CFeatureClass>(*one));
+    return copy;
 }
 
 } // namespace embedded

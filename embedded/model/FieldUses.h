@@ -16,12 +16,13 @@ bool isSameField(const gis::CField& field, const FieldChange& change);
 /// Recorded. Labels and maps of the table's themes let go of a field that is about to be removed.
 void releaseField(Library& library, const gis::CField& field);
 
-/// Recorded. Limits of the classes of maps over the field follow its format as its cells do; an
-/// interval map over a field that is no number any more is dropped. Call before the field changes.
-void convertClassLimits(Library& library, const gis::CField& field, gis::FieldFormat to);
+/// Recorded. Classes of maps over the field follow its format (ClassLimits.h), where `converted` is
+/// what its cells become; an interval map over a field that is no number any more is dropped. Call
+/// before the field changes.
+void convertClassLimits(
+    Library& library, const gis::CField& field, gis::FieldFormat to, const Column& converted);
 
-/// Classes with their styles, limits and labels, as objects of their own.
-std::vector<std::unique_ptr<gis::CFeatureClass>> copyClasses(
-    const std::vector<std::unique_ptr<gis::CFeatureClass>>& classes);
+/// A map with its classes, their styles, limits and labels, as objects of its own.
+ThematicMap copyOf(const ThematicMap& map);
 
 } // namespace embedded

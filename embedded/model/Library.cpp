@@ -471,9 +471,9 @@ IStore* Library::store() const
 {
     return m_data->store.get();
 }
-std::mutex& Library::columnsMutex() const
+std::mutex& Library::readingMutex() const
 {
-    return m_data->columnsMutex;
+    return m_data->readingMutex;
 }
 
 Result<void> Library::loadAll()
@@ -492,22 +492,17 @@ Result<void> Library::loadAll()
 
 const Error* Library::failedRead() const
 {
-    if (!m_data->store || !m_data->store->failedRead())
-        return nullptr;
     for (const gis::CDBTable* table : m_data->tables)
-        for (int i = 0; i < table->fieldCount(); ++i)
-            if (const Error* failed = m_data->store->failedReadOf(table->field(i)))
-                return failed;
+        if (const Error* failed = table->failedColumn())
+            return failed;
     for (const gis::CTheme* theme : m_data->themes)
-        if (const Error* failed = m_data->store->failedReadOf(theme))
+        if (const Error* failed = theme->geometryFailure())
             return failed;
     return nullptr;
 }
 
 void Library::retryFailedReads()
 {
-    if (!m_data->store || !m_data->store->failedRead())
-        return;
     for (gis::CDBTable* table : m_data->tables)
         table->forgetFailedColumns();
     for (gis::CTheme* theme : m_data->themes)

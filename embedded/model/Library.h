@@ -128,8 +128,9 @@ public:
     // Store
     void setStore(std::shared_ptr<IStore> store);
     [[nodiscard]] IStore* store() const;
-    /// Held while a column is read for the first time, since others may ask for columns meanwhile.
-    [[nodiscard]] std::mutex& columnsMutex() const;
+    /// Held while a column is read for the first time: one is read at a time, and others that are
+    /// there already are given meanwhile.
+    [[nodiscard]] std::mutex& readingMutex() const;
     /// Reads everything that is still only in the store, also what could not be read before (before
     /// saving elsewhere or when the file must be let go). Errors: those of the store's reading.
     Result<void> loadAll();
@@ -170,6 +171,7 @@ public:
 
     // gis::IReadings
     bool IsReadable(gis::CDBTable* table, int fieldIndex) override;
+    bool Read(gis::CDBTable* table, int fieldIndex, gis::IReadingStop* stop) override;
 
     /// Extensions that other parts of the host offer through `gis::CLibGis::Extension`. Null
     /// removes.

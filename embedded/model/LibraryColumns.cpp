@@ -13,6 +13,7 @@ namespace gis {
 IColumns::~IColumns() = default;
 IFeedback::~IFeedback() = default;
 IReadings::~IReadings() = default;
+IReadingStop::~IReadingStop() = default;
 
 } // namespace gis
 
@@ -46,7 +47,7 @@ bool Library::GetColumn(gis::CDBTable* table, int fieldIndex, gis::ColumnView& v
     if (!table || &table->library() != this || fieldIndex < 0 || fieldIndex >= table->fieldCount())
         return false;
     const embedded::Column& column = table->column(fieldIndex);
-    const std::lock_guard lock(m_data->columnsMutex); // the view is kept in the column
+    const std::lock_guard lock(m_data->viewsMutex);
     view = column.view();
     return true;
 }
@@ -56,14 +57,24 @@ bool Library::IsReadable(gis::CDBTable* table, int fieldIndex)
     if (!table || &table->library() != this || fieldIndex < 0 || fieldIndex >= table->fieldCount())
         return true; // nothing of a file
     static_cast<void>(table->column(fieldIndex));
-    return !table->isColumnFailed(fieldIndex);
+    return !table->columnFailure(fieldIndex);
+}
+
+bool Library::Read(gis::CDBTable* table, int fieldIndex, gis::IReadingStop* stop)
+{
+    if (!table || &table->library() != this || fieldIndex < 0 || fieldIndex >= table->fieldCount())
+        return true; // nothing of a file
+    IsStopped isStopped;
+    if (stop)
+        isStopped = [stop] { return stop->IsStopped(); };
+    return table->loadColumn(fieldIndex, isStopped);
 }
 
 bool Library::GetEntityRuns(gis::CTheme* theme, gis::EntityRunsView& view)
 {
     if (!theme || &theme->library() != this)
         return false;
-    const std::lock_guard lock(m_data->columnsMutex);
+    const std::lock_guard lock(m_data->viewsMutex);
     Data::Runs& runs = m_data->runs[theme];
     const int count = theme->entities().entityCount();
     if (runs.entityCount != count) { // entities are only added and taken back, never exchanged

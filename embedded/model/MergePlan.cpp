@@ -150,7 +150,7 @@ void Merging::applyFields()
     for (const FieldChange& change : m_fields) {
         isSame = isSame && isSameField(*change.field, change);
         if (change.field && change.field->format != change.format)
-            convertClassLimits(m_library, *change.field, change.format);
+            convertClassLimits(m_library, *change.field, change.format, *change.column);
     }
     if (!isSame)
         m_library.replaceFields(&table, std::move(m_fields));

@@ -22,20 +22,14 @@ class IStore {
 public:
     virtual ~IStore() = default;
     /// Fills `column` (empty, of the field's kind) with the cells of all stored rows, in row order.
-    virtual Result<void> readColumn(
-        const gis::CDBTable& table, const gis::CField& field, Column& column)
+    /// Errors: also Cancelled, soon after `isStopped`, where there is one, has answered true; it is
+    /// asked from the threads that read.
+    virtual Result<void> readColumn(const gis::CDBTable& table, const gis::CField& field,
+        Column& column, const IsStopped& isStopped)
         = 0;
     /// Fills the parts of all stored entities (handles exist already), in entity order; links
     /// points.
     virtual Result<void> readGeometry(gis::CTheme& theme, EntityStore& entities) = 0;
-    /// Why a column or a theme's geometry could not be read; null while all that was asked for was.
-    /// Reading it again, with success, takes the failure back.
-    [[nodiscard]] virtual const Error* failedRead() const = 0;
-    /// The same of one field or theme, by its handle.
-    [[nodiscard]] virtual const Error* failedReadOf(const void* /*handle*/) const
-    {
-        return failedRead();
-    }
     /// Extent of a theme's stored entities without reading them; empty when unknown.
     virtual Box extentOf(const gis::CTheme& theme) = 0;
     /// Entities (by index) whose boxes meet a rectangle, without reading the geometry; false when

@@ -167,6 +167,8 @@ void CDBTable::setColumn(int fieldIndex, embedded::Column column)
     ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
     slot.column = std::move(column);
     slot.loaded = true;
+    slot.failure.reset();
+    slot.isWritten = true;
     slot.allChanged = true;
 }
 
@@ -182,7 +184,7 @@ void CDBTable::takeLoaded(int fieldIndex, embedded::Column column)
         column.appendEmpty(rowCount() - column.rowCount());
     slot.column = std::move(column);
     slot.loaded = true;
-    slot.hasFailed = false;
+    slot.failure.reset();
 }
 
 void CDBTable::truncateRows(int count)
@@ -198,45 +200,62 @@ void CDBTable::truncateRows(int count)
 
 const embedded::Column& CDBTable::column(int fieldIndex)
 {
+    static_cast<void>(loadColumn(fieldIndex, {}));
+    return m_data->slots[static_cast<std::size_t>(fieldIndex)].column;
+}
+
+bool CDBTable::loadColumn(int fieldIndex, const embedded::IsStopped& isStopped)
+{
     ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
     if (slot.loaded)
-        return slot.column;
-    const std::lock_guard lock(m_data->library.columnsMutex());
+        return true;
+    const std::lock_guard lock(m_data->library.readingMutex());
     if (slot.loaded) // by another thread meanwhile
-        return slot.column;
-    embedded::Column read(slot.column.kind());
-    embedded::IStore* store = m_data->library.store();
-    const bool complete = store && store->readColumn(*this, *field(fieldIndex), read).ok()
-        && read.rowCount() == rowCount();
-    slot.hasFailed = !complete;
-    if (!complete) {
-        read = embedded::Column(slot.column.kind());
-        read.appendEmpty(rowCount());
+        return true;
+    auto read = readColumn(fieldIndex, isStopped);
+    if (!read && isStopped && read.error().code == embedded::ErrorCode::Cancelled)
+        return false;
+    slot.failure.reset();
+    if (read) {
+        slot.column = std::move(read.value());
+    } else {
+        slot.failure = read.error();
+        slot.column = embedded::Column(slot.column.kind());
+        slot.column.appendEmpty(rowCount());
     }
-    slot.column = std::move(read);
     slot.loaded = true;
-    return slot.column;
+    return true;
+}
+
+embedded::Result<embedded::Column> CDBTable::readColumn(
+    int fieldIndex, const embedded::IsStopped& isStopped) const
+{
+    const CField& read = *field(fieldIndex);
+    embedded::Column cells(embedded::columnKindOf(read.format));
+    embedded::IStore* store = m_data->library.store();
+    embedded::Result<void> result;
+    if (store)
+        result = store->readColumn(*this, read, cells, isStopped);
+    if (result && cells.rowCount() != rowCount())
+        result = embedded::Error { embedded::ErrorCode::ReadFailed, read.name.Bytes(), {} };
+    if (!result)
+        return result.error();
+    return cells;
 }
 
 void CDBTable::forgetFailedColumns()
 {
     for (ColumnSlot& slot : m_data->slots)
-        if (slot.hasFailed && !slot.allChanged && slot.changed.empty()
-            && rowCount() == m_data->storedRows) {
-            slot.hasFailed = false;
+        if (slot.failure && !slot.isWritten && rowCount() == m_data->storedRows)
             slot.loaded = false;
-        }
 }
 
 bool CDBTable::readAllColumns()
 {
     forgetFailedColumns();
-    bool isComplete = true;
-    for (int i = 0; i < fieldCount(); ++i) {
+    for (int i = 0; i < fieldCount(); ++i)
         static_cast<void>(column(i));
-        isComplete = isComplete && !isColumnFailed(i);
-    }
-    return isComplete;
+    return !failedColumn();
 }
 
 bool CDBTable::isColumnLoaded(int fieldIndex) const
@@ -244,15 +263,25 @@ bool CDBTable::isColumnLoaded(int fieldIndex) const
     return m_data->slots[static_cast<std::size_t>(fieldIndex)].loaded;
 }
 
-bool CDBTable::isColumnFailed(int fieldIndex) const
+const embedded::Error* CDBTable::columnFailure(int fieldIndex) const
 {
-    return m_data->slots[static_cast<std::size_t>(fieldIndex)].hasFailed;
+    const ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
+    return slot.failure ? &*slot.failure : nullptr;
+}
+
+const embedded::Error* CDBTable::failedColumn() const
+{
+    for (const ColumnSlot& slot : m_data->slots)
+        if (slot.failure)
+            return &*slot.failure;
+    return nullptr;
 }
 
 embedded::Column& CDBTable::columnForWriting(int fieldIndex)
 {
     static_cast<void>(column(fieldIndex));
     ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
+    slot.isWritten = true;
     slot.allChanged = true;
     return slot.column;
 }
@@ -266,6 +295,7 @@ embedded::Column& CDBTable::columnForCells(int fieldIndex)
 void CDBTable::markCellChanged(int row, int fieldIndex)
 {
     ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
+    slot.isWritten = true;
     if (slot.allChanged || row >= m_data->storedRows)
         return;
     const auto word = static_cast<std::size_t>(row) / 64;
@@ -312,6 +342,7 @@ void CDBTable::markSaved()
     m_data->storedRows = rowCount();
     m_data->structureChanged = false;
     for (ColumnSlot& slot : m_data->slots) {
+        slot.isWritten = false;
         slot.allChanged = false;
         slot.changed.clear();
     }
@@ -322,6 +353,7 @@ void CDBTable::markStored(int count)
     m_data->rows.resize(count);
     for (ColumnSlot& slot : m_data->slots) {
         slot.column = embedded::Column(slot.column.kind());
+        slot.failure.reset();
         slot.loaded = false;
     }
     markSaved();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "embedded/base/Result.h"
 #include "embedded/model/Column.h"
 
 #include "host/gis/Types.h"
@@ -89,9 +90,19 @@ public:
     /// The column, read from the store now if it was not yet; empty cells where reading failed.
     /// Thread: any, while no changing call runs.
     [[nodiscard]] const embedded::Column& column(int fieldIndex);
+    /// The same beforehand, so that `column` need not wait. False when it was stopped: the column
+    /// is as unread as before.
+    bool loadColumn(int fieldIndex, const embedded::IsStopped& isStopped);
     [[nodiscard]] bool isColumnLoaded(int fieldIndex) const;
-    /// True when the column's cells are empty only because they could not be read.
-    [[nodiscard]] bool isColumnFailed(int fieldIndex) const;
+    /// Why the column's cells could not be read and are empty only therefore; null for others.
+    /// Until the column is read again.
+    [[nodiscard]] const embedded::Error* columnFailure(int fieldIndex) const;
+    /// The same of the first column that could not be read.
+    [[nodiscard]] const embedded::Error* failedColumn() const;
+    /// A column's cells as the store has them, one for each row; the table stays as it is. Errors:
+    /// the store's, Cancelled among them; ReadFailed with the field's name where rows are missing.
+    [[nodiscard]] embedded::Result<embedded::Column> readColumn(
+        int fieldIndex, const embedded::IsStopped& isStopped = {}) const;
     /// Columns that could not be read, and that nobody wrote to since, are read again when they are
     /// asked for next.
     void forgetFailedColumns();

@@ -3,12 +3,14 @@
 #pragma once
 
 #include "embedded/model/Handles.h"
+#include "embedded/base/Result.h"
 #include "embedded/model/RecordArena.h"
 #include "embedded/model/Table.h"
 
 #include <atomic>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace embedded {
@@ -41,7 +43,8 @@ struct ColumnSlot {
     }
     Column column;
     LoadedFlag loaded;
-    bool hasFailed = false; // it could not be read: empty cells stand in its place
+    std::optional<Error> failure; // why it could not be read: empty cells stand in its place
+    bool isWritten = false; // to its cells, since it was read or failed
     bool allChanged = true;
     std::vector<std::uint64_t> changed; // one bit a row, only while not allChanged
 };

@@ -160,7 +160,6 @@ public:
     [[nodiscard]] bool isToBeRead(int fieldIndex) const;
     [[nodiscard]] std::size_t columnsToRead() const;
     [[nodiscard]] bool isKept(const std::vector<FieldChange>& fields, const CField* field) const;
-    [[nodiscard]] embedded::Error unreadable(int fieldIndex) const;
     embedded::Result<void> readColumns(
         const std::vector<FieldChange>& fields, ConversionProgress& progress) const;
     [[nodiscard]] std::vector<FieldChange> wanted() const;
@@ -178,7 +177,7 @@ public:
 
 bool CCtrlDlgTableEdit::Impl::isToBeRead(int fieldIndex) const
 {
-    return !table->isColumnLoaded(fieldIndex) || table->isColumnFailed(fieldIndex);
+    return !table->isColumnLoaded(fieldIndex) || table->columnFailure(fieldIndex);
 }
 
 std::size_t CCtrlDlgTableEdit::Impl::columnsToRead() const
@@ -204,34 +203,18 @@ embedded::Result<void> CCtrlDlgTableEdit::Impl::readColumns(
     for (int i = 0; i < table->fieldCount(); ++i) {
         if (!isToBeRead(i))
             continue;
-        embedded::IStore* store = library->store();
-        embedded::Column cells(embedded::columnKindOf(table->field(i)->format));
-        embedded::Result<void> read;
-        if (table->isColumnLoaded(i)) // failed, and written to since: the file's cells fit no more
-            read = unreadable(i);
-        else if (!store)
-            read = unreadable(i);
-        else
-            read = store->readColumn(*table, *table->field(i), cells);
-        if (read && cells.rowCount() != table->rowCount())
-            read = unreadable(i);
+        // Failed, and written to since: the file's cells fit no more.
+        const bool isLost = table->isColumnLoaded(i);
+        auto read = isLost ? *table->columnFailure(i) : table->readColumn(i);
         if (!read && isKept(fields, table->field(i)))
-            return read;
+            return read.error();
         if (read)
-            table->takeLoaded(i, std::move(cells));
+            table->takeLoaded(i, std::move(read.value()));
         progress.nextColumn();
         if (!progress.advance(0.0))
             return embedded::Error { embedded::ErrorCode::Cancelled, {}, {} };
     }
     return {};
-}
-
-embedded::Error CCtrlDlgTableEdit::Impl::unreadable(int fieldIndex) const
-{
-    if (const embedded::IStore* store = library->store())
-        if (const embedded::Error* failed = store->failedRead())
-            return *failed;
-    return { embedded::ErrorCode::ReadFailed, table->field(fieldIndex)->name.Bytes(), {} };
 }
 
 /// The pending list against the table as it is now: a field that went meanwhile (undo) is made
@@ -277,7 +260,7 @@ void CCtrlDlgTableEdit::Impl::apply(std::vector<FieldChange> fields) const
     for (const auto& change : fields) {
         kept.insert(change.field);
         if (isFormatChange(change))
-            embedded::convertClassLimits(*library, *change.field, change.format);
+            embedded::convertClassLimits(*library, *change.field, change.format, *change.column);
     }
     for (int i = 0; i < table->fieldCount(); ++i)
         if (!kept.contains(table->field(i)))

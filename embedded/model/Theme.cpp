@@ -25,19 +25,24 @@ embedded::EntityStore& CTheme::geometry()
 {
     if (!m_geometryLoaded) {
         m_geometryLoaded = true; // also when reading fails: the entities are then without shape
+        m_failure.reset();
         if (embedded::IStore* store = m_library.store())
-            m_hasFailed = !store->readGeometry(*this, *m_entities);
+            if (const auto read = store->readGeometry(*this, *m_entities); !read)
+                m_failure = read.error();
     }
     return *m_entities;
 }
 
 void CTheme::forgetFailedGeometry()
 {
-    if (m_hasFailed && m_entities->totalPartCount() == 0
-        && m_entities->entityCount() == storedEntityCount) {
-        m_hasFailed = false;
+    if (m_failure && m_entities->totalPartCount() == 0
+        && m_entities->entityCount() == storedEntityCount)
         m_geometryLoaded = false;
-    }
+}
+
+const embedded::Error* CTheme::geometryFailure() const
+{
+    return m_failure ? &*m_failure : nullptr;
 }
 
 bool CTheme::addMeasures()

@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "embedded/base/Result.h"
 #include "embedded/model/EntityStore.h"
 
 #include "host/gis/Types.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -75,6 +77,9 @@ public:
     /// Gives a theme's vertices room for measures; false (nothing done) once there are entities.
     bool addMeasures();
     void removeMeasures(); // takes that back, while there are no entities
+    /// Why the geometry could not be read, so that the entities are without shapes; null when it
+    /// could, and while nobody asked for it. Until it is read again.
+    [[nodiscard]] const embedded::Error* geometryFailure() const;
     /// Geometry that could not be read is read again when it is asked for next.
     void forgetFailedGeometry();
     [[nodiscard]] bool isGeometryLoaded() const { return m_geometryLoaded; }
@@ -100,7 +105,7 @@ public:
 private:
     embedded::Library& m_library;
     std::unique_ptr<embedded::EntityStore> m_entities;
-    bool m_hasFailed = false;
+    std::optional<embedded::Error> m_failure; // of reading the geometry
     bool m_geometryLoaded = true;
 };
 

@@ -126,17 +126,10 @@ void addClass(Classes& classes, const orv::CPolyValue& low, const orv::CPolyValu
     classes.push_back(std::move(added));
 }
 
-void addEmptyClass(Classes& classes)
-{
-    addClass(classes, {}, {}, EmptyText, ForegroundColour);
-}
-
 void addInterval(
     Classes& classes, int order, const orv::CPolyValue& low, const orv::CPolyValue& high)
 {
-    const orv::String from = low.GetStringValue();
-    const orv::String to = high.GetStringValue();
-    addClass(classes, low, high, from == to ? from : from + " - " + to, classColour(order));
+    addClass(classes, low, high, limitsText(low, high), classColour(order));
 }
 
 void addIntegerIntervals(Classes& classes, int minimum, int maximum, int count)
@@ -225,6 +218,21 @@ std::vector<orv::CPolyValue> distinctValues(const Column& column, int limit)
     return valuesFrom(texts, textValue);
 }
 
+orv::String limitsText(const orv::CPolyValue& low, const orv::CPolyValue& high)
+{
+    const orv::String from = low.IsEmpty() ? EmptyText : low.GetStringValue();
+    const orv::String to = high.IsEmpty() ? EmptyText : high.GetStringValue();
+    return from == to ? from : from + " - " + to;
+}
+
+std::unique_ptr<gis::CFeatureClass> emptyValuesClass()
+{
+    auto made = std::make_unique<gis::CFeatureClass>();
+    made->label = EmptyText;
+    made->colour = ForegroundColour;
+    return made;
+}
+
 Classes defaultClassOnly()
 {
     Classes classes;
@@ -244,10 +252,10 @@ Classes singleValueClasses(const Column& column)
 {
     Classes classes = defaultClassOnly();
     if (column.emptyCount() > 0)
-        addEmptyClass(classes);
+        classes.push_back(emptyValuesClass());
     int order = 0;
     for (const auto& value : distinctValues(column, MaxSingleValueClasses))
-        addClass(classes, value, value, value.GetStringValue(), classColour(order++));
+        addClass(classes, value, value, limitsText(value, value), classColour(order++));
     return classes;
 }
 
@@ -259,7 +267,7 @@ Classes intervalClasses(const Column& column, int count)
         return classes;
     const ColumnRange range = rangeOf(column);
     if (range.hasEmptyRows)
-        addEmptyClass(classes);
+        classes.push_back(emptyValuesClass());
     if (range.minimum.IsEmpty())
         return classes;
     if (isInteger)

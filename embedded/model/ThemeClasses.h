@@ -29,6 +29,11 @@ std::vector<orv::CPolyValue> distinctValues(const Column& column, int limit);
 
 using Classes = std::vector<std::unique_ptr<gis::CFeatureClass>>;
 
+/// Limits as a map shows them, "Vuoto" for none; one text where both are the same.
+orv::String limitsText(const orv::CPolyValue& low, const orv::CPolyValue& high);
+
+/// The class of rows without a value.
+std::unique_ptr<gis::CFeatureClass> emptyValuesClass();
 /// The default class, which every map has first.
 Classes defaultClassOnly();
 /// The default class and one for all entities: no thematic map.

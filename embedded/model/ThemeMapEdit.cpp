@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+using embedded::copyOf;
 using embedded::Library;
 using embedded::ThematicMap;
 
@@ -35,16 +36,6 @@ bool isSameMap(const ThematicMap& a, const ThematicMap& b)
     return a.type == b.type && a.field == b.field && a.classCount == b.classCount
         && std::equal(a.classes.begin(), a.classes.end(), b.classes.begin(), b.classes.end(),
             [](const auto& x, const auto& y) { return isSameClass(*x, *y); });
-}
-
-ThematicMap copyOf(const ThematicMap& map)
-{
-    ThematicMap copy;
-    copy.type = map.type;
-    copy.field = map.field;
-    copy.classCount = map.classCount;
-    copy.classes = embedded::copyClasses(map.classes);
-    return copy;
 }
 
 } // namespace

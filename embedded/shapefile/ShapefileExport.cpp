@@ -105,6 +105,7 @@ public:
     Result<void> write();
 
 private:
+    Result<void> readAll();
     void openFiles(const std::string& prj);
     void writeBeside(const ShapeLayout& layout);
     bool isToStop(double fraction);
@@ -151,11 +152,6 @@ void Exporter::writeBeside(const ShapeLayout& layout)
     const EntityStore& entities = m_theme.geometry();
     gis::CDBTable& table = *m_theme.table;
     const std::vector<int> rows = rowsOf(entities);
-    for (int i = 0; i < table.fieldCount(); ++i)
-        (void)table.column(i); // loaded before the other thread runs
-    // What could not be read shows as empty, and must not be written as that.
-    if (const Error* failed = m_theme.library().failedRead())
-        return m_files[2].fail(failed->detail);
     std::atomic<std::int64_t> shapesDone { 0 };
     std::atomic<bool> shapesFailed { false };
     std::int64_t unusable = 0; // written by the other thread until it is joined
@@ -206,7 +202,7 @@ Result<void> Exporter::takePlaces()
     replaced.insert(replaced.end(), IndexExtensions.begin(), IndexExtensions.end());
     const std::vector<files::path> before = filesOf(m_folder, m_name, replaced);
     std::string failedName;
-    const Result<void> placed = m_outputs.commit(failedName);
+    Result<void> placed = m_outputs.commit(failedName);
     if (!placed) {
         m_errorFlags |= flagOf(failedName);
         return placed;
@@ -223,8 +219,25 @@ Result<void> Exporter::takePlaces()
     return {};
 }
 
+/// Before the other thread runs. What could not be read shows as empty, and must not be written as
+/// that; other themes of the library are no matter.
+Result<void> Exporter::readAll()
+{
+    static_cast<void>(m_theme.geometry());
+    static_cast<void>(m_theme.table->readAllColumns());
+    const Error* failed = m_theme.geometryFailure();
+    if (!failed)
+        failed = m_theme.table->failedColumn();
+    if (!failed)
+        return {};
+    m_errorFlags = ExportShpNotWritten | ExportDbfNotWritten;
+    return *failed;
+}
+
 Result<void> Exporter::write()
 {
+    if (auto read = readAll(); !read)
+        return read;
     const ShapeLayout layout = shapeLayout(m_theme, m_options.coordinates, m_report);
     const std::string prj = prjText(m_theme.referenceSystem);
     if (prj.empty()) {
@@ -237,8 +250,8 @@ Result<void> Exporter::write()
     writeBeside(layout);
     if (m_isStopped)
         return Error { ErrorCode::Cancelled, m_theme.name.Bytes(), {} };
-    const Result<void> failed = failures();
-    return failed ? takePlaces() : failed;
+    Result<void> written = failures();
+    return written ? takePlaces() : written;
 }
 
 } // namespace

@@ -179,6 +179,8 @@ Result<void> Importer::createThrough(gis::IGisMerger& merger)
     fillTable(*loaded);
     std::vector<int> mapping;
     merger.OnAfterLoadTable(target, existing, loaded, mapping);
+    if (existing && existing->failedColumn())
+        return *existing->failedColumn(); // which is why nobody could decide
     merger.GetTable(0, m_table, m_rowOffset);
     const int rows = static_cast<int>(m_shapefile.shapes.size());
     if (!m_table || m_rowOffset < 0 || m_table->rowCount() < m_rowOffset + rows)

@@ -70,6 +70,38 @@ void addTakeFunction(Connection& connection)
     connection.hasCellFunction() = true;
 }
 
+/// While it lives the connection's statements end, with SQLITE_INTERRUPT, once they are stopped.
+class CStopAsked final {
+public:
+    CStopAsked(Connection& connection, const IsStopped& isStopped)
+        : m_handle(isStopped ? connection.handle() : nullptr)
+    {
+        constexpr int StepsBetween = 10000; // of SQLite's machine: well below a millisecond
+        if (m_handle)
+            sqlite3_progress_handler(
+                m_handle, StepsBetween, &ask, const_cast<IsStopped*>(&isStopped));
+    }
+    CStopAsked(const CStopAsked&) = delete;
+    CStopAsked& operator=(const CStopAsked&) = delete;
+    ~CStopAsked()
+    {
+        if (m_handle)
+            sqlite3_progress_handler(m_handle, 0, nullptr, nullptr);
+    }
+
+private:
+    static int ask(void* isStopped)
+    {
+        try { // no exception may pass through SQLite
+            return (*static_cast<const IsStopped*>(isStopped))() ? 1 : 0;
+        } catch (...) {
+            return 1;
+        }
+    }
+
+    sqlite3* m_handle;
+};
+
 } // namespace
 
 void CellCounts::add(const CellCounts& other)
@@ -197,10 +229,11 @@ void CCellTaker::takeDate(sqlite3_value* value)
     }
 }
 
-CellCounts readCells(
-    Connection& connection, const CellSource& source, gis::FieldFormat format, Column& column)
+CellCounts readCells(Connection& connection, const CellSource& source, gis::FieldFormat format,
+    Column& column, const IsStopped& isStopped)
 {
     CCellTaker taker(format, column);
+    const CStopAsked asked(connection, isStopped);
     addTakeFunction(connection);
     // An index on the column would give its cells in another order, so it must not be used.
     std::string sql = std::string("SELECT ") + TakeFunction + "(?1, " + quoted(source.column)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "embedded/base/Result.h"
 #include "embedded/model/Column.h"
 
 #include <cstdint>
@@ -55,9 +56,10 @@ struct CellSource {
 };
 
 /// Appends the cells of a source to `column`, in the order of the rows' numbers. Errors:
-/// StoreFailure. The rows go by inside SQLite, into an aggregate function of ours: handing out
-/// row after row would take about half as long again.
-CellCounts readCells(
-    Connection& connection, const CellSource& source, gis::FieldFormat format, Column& column);
+/// StoreFailure, with Cancelled where `isStopped` has answered true. The rows go by inside SQLite,
+/// into an aggregate function of ours: handing out row after row would take about half as long
+/// again.
+CellCounts readCells(Connection& connection, const CellSource& source, gis::FieldFormat format,
+    Column& column, const IsStopped& isStopped = {});
 
 } // namespace embedded::store

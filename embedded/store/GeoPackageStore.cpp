@@ -78,8 +78,8 @@ CGeoPackageStore::CGeoPackageStore(std::unique_ptr<Connection> connection, Hold 
 
 CGeoPackageStore::~CGeoPackageStore() = default;
 
-Result<void> CGeoPackageStore::readColumn(
-    const gis::CDBTable& table, const gis::CField& field, Column& column)
+Result<void> CGeoPackageStore::readColumn(const gis::CDBTable& table, const gis::CField& field,
+    Column& column, const IsStopped& isStopped)
 {
     const std::lock_guard lock(m_mutex);
     auto result = guarded([&] {
@@ -87,20 +87,17 @@ Result<void> CGeoPackageStore::readColumn(
         const StoredColumn* source
             = stored == m_state.tables.end() ? nullptr : stored->second.columnOf(&field);
         if (!source)
-            failWith(ErrorCode::Internal, path(), "a column that is not in the file");
+            failWith(ErrorCode::ReadFailed, path(), "the column is not in the file any more");
         connection().setActivity(Activity::Reading);
-        readTableColumn(m_reading, stored->second, *source, field.format, column);
+        readTableColumn(m_reading, stored->second, *source, field.format, column, isStopped);
         if (column.rowCount() > table.storedRowCount())
             column.truncate(table.storedRowCount());
         if (column.rowCount() < table.storedRowCount())
             failWith(ErrorCode::DamagedFile, path(), "rows are missing");
         noteRead(&field);
-        m_failedReads.erase(&field);
     });
-    if (!result) {
+    if (!result)
         column.truncate(0);
-        m_failedReads.insert_or_assign(&field, result.error());
-    }
     return result;
 }
 
@@ -110,7 +107,7 @@ Result<void> CGeoPackageStore::readGeometry(gis::CTheme& theme, EntityStore& ent
     auto result = guarded([&] {
         const auto stored = m_state.themes.find(theme.storeId);
         if (stored == m_state.themes.end())
-            failWith(ErrorCode::Internal, path(), "a theme that is not in the file");
+            failWith(ErrorCode::ReadFailed, path(), "the theme is not in the file any more");
         entities.beginGeometry();
         const StoredPart* part = m_state.tables.at(stored->second.tableId).partOf(theme.storeId);
         connection().setActivity(Activity::Reading);
@@ -124,12 +121,9 @@ Result<void> CGeoPackageStore::readGeometry(gis::CTheme& theme, EntityStore& ent
                     m_state.linkedPoints, entities);
         }
         noteRead(&theme);
-        m_failedReads.erase(&theme);
     });
-    if (!result) {
+    if (!result)
         entities.beginGeometry();
-        m_failedReads.insert_or_assign(&theme, result.error());
-    }
     return result;
 }
 

@@ -33,8 +33,8 @@ public:
     CGeoPackageStore(std::unique_ptr<Connection> connection, Hold hold);
     ~CGeoPackageStore() override;
 
-    Result<void> readColumn(
-        const gis::CDBTable& table, const gis::CField& field, Column& column) override;
+    Result<void> readColumn(const gis::CDBTable& table, const gis::CField& field, Column& column,
+        const IsStopped& isStopped) override;
     Result<void> readGeometry(gis::CTheme& theme, EntityStore& entities) override;
     Box extentOf(const gis::CTheme& theme) override;
     bool entitiesIn(
@@ -45,17 +45,6 @@ public:
     [[nodiscard]] Hold hold() const { return m_hold; }
     [[nodiscard]] FileState& state() { return m_state; }
     void setState(FileState state) { m_state = std::move(state); }
-    /// The first read that failed, if any: what the library shows in its place must not be saved.
-    [[nodiscard]] const Error* failedRead() const override
-    {
-        return m_failedReads.empty() ? nullptr : &m_failedReads.begin()->second;
-    }
-
-    [[nodiscard]] const Error* failedReadOf(const void* handle) const override
-    {
-        const auto found = m_failedReads.find(handle);
-        return found == m_failedReads.end() ? nullptr : &found->second;
-    }
 
     /// Begins the transaction that keeps others out. Errors: LockedForWriting; WriteFailed when
     /// another program wrote since the last hold ended.
@@ -76,7 +65,6 @@ private:
     FileState m_state;
     std::int64_t m_fileVersion = 0; // differs after another program's write
     std::string m_changeCounter; // of the file, when it was held last
-    std::map<const void*, Error> m_failedReads; // by field or theme
     std::set<const void*> m_readThings; // fields and themes read, while the hold depends on it
 };
 

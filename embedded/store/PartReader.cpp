@@ -59,7 +59,7 @@ std::int64_t rowsToShare(const StoredPart& part)
 }
 
 CellCounts readPartColumn(ReadingPair& reading, const StoredPart& part, const StoredColumn& source,
-    gis::FieldFormat format, Column& column)
+    gis::FieldFormat format, Column& column, const IsStopped& isStopped)
 {
     if (!part.hasColumn(source.name)) {
         column.appendEmpty(part.rowCount());
@@ -73,7 +73,7 @@ CellCounts readPartColumn(ReadingPair& reading, const StoredPart& part, const St
         target.reserve(range.rows);
         counts[static_cast<std::size_t>(half)] = readCells(connection,
             { part.physicalName, source.name, part.fidColumn, range.first, range.last }, format,
-            target);
+            target, isStopped);
         if (target.rowCount() != range.rows)
             failForRowCount(connection, part);
     });
@@ -262,15 +262,15 @@ std::vector<CShapeCursor> cursorsOf(const LayerShapes& shapes, int stride)
 } // namespace
 
 CellCounts readTableColumn(ReadingPair& reading, const StoredTable& table,
-    const StoredColumn& source, gis::FieldFormat format, Column& column)
+    const StoredColumn& source, gis::FieldFormat format, Column& column, const IsStopped& isStopped)
 {
     if (table.parts.size() == 1)
-        return readPartColumn(reading, table.parts.front(), source, format, column);
+        return readPartColumn(reading, table.parts.front(), source, format, column, isStopped);
     CellCounts counts;
     std::vector<Column> cells;
     for (const StoredPart& part : table.parts) {
         cells.emplace_back(column.kind());
-        counts.add(readPartColumn(reading, part, source, format, cells.back()));
+        counts.add(readPartColumn(reading, part, source, format, cells.back(), isStopped));
     }
     std::vector<CCellCopier> copiers;
     for (const Column& partCells : cells)

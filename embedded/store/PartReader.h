@@ -13,9 +13,11 @@
 namespace embedded::store {
 
 /// Reads a column of a stored table, from all its parts, in row order into `column` (empty).
-/// Errors: StoreFailure; DamagedFile when there are not as many rows as the file says.
+/// Errors: StoreFailure; Cancelled once it was stopped; DamagedFile when there are not as many rows
+/// as the file says.
 CellCounts readTableColumn(ReadingPair& reading, const StoredTable& table,
-    const StoredColumn& source, gis::FieldFormat format, Column& column);
+    const StoredColumn& source, gis::FieldFormat format, Column& column,
+    const IsStopped& isStopped);
 
 /// Shapes of a layer's rows, in one or two pieces that follow each other, in row order.
 struct LayerShapes {

@@ -189,10 +189,14 @@ struct WrittenFile {
 WrittenFile writeNewFile(Library& library, const std::string& path)
 {
     loadEverything(library);
-    const CGeoPackageStore* own = storeOf(library);
-    CReplacedFile file(path, own && isSameFile(storeOf(library)->path(), path));
+    CGeoPackageStore* own = storeOf(library);
+    CReplacedFile file(path, own && isSameFile(own->path(), path));
     WrittenFile written;
     written.path = file.path();
+    // No number means two things while the library is open: what undo brings back after this has
+    // one of the file before.
+    if (own)
+        written.state.lastId = own->state().lastId;
     written.ids = idsFor(library, written.state, false);
     try {
         Connection connection(file.temporaryPath(), Connection::Access::ReadWrite, PatienceMs);

@@ -37,7 +37,7 @@ public:
     /// Never refuses: an empty or used name is taken as it is.
     virtual CDBTable* CreateTable(const orv::String& name);
     /// Structure, constraints and rows; a taken name gets " (2)", " (3)" and so on. The source may
-    /// be of another library.
+    /// be of another library. Errors: null, and no table, when cells of the source cannot be read.
     virtual CDBTable* CreateTableAsCopyOf(CDBTable* table);
     /// Does nothing while a theme uses the table.
     virtual void DeleteTable(CDBTable* table);

@@ -124,10 +124,9 @@ gis::CDBTable* CCtrlDlgQuery::table() const
     return m_theme ? m_library->GetTable(m_theme) : nullptr;
 }
 
-gis::IColumns* CCtrlDlgQuery::columns() const
+ColumnSource CCtrlDlgQuery::columns() const
 {
-    return m_library ? static_cast<gis::IColumns*>(m_library->Extension(gis::ColumnsExtension))
-                     : nullptr;
+    return ColumnSource(m_library);
 }
 
 std::vector<int> CCtrlDlgQuery::fieldsOfClick(int row) const

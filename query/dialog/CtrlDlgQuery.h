@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "kit/MessageBox.h"
+#include "query/execution/Readings.h"
 
-#include "host/gis/Columns.h"
+#include "kit/MessageBox.h"
 
 #include "host/gis/LibGis.h"
 #include "tematica/QueryExecute.h"
@@ -52,11 +52,11 @@ public:
     [[nodiscard]] std::optional<GatheredValues> clickField(int row);
 
     /// Fields that have to be read before a click on a row of the fields, or a run, can answer;
-    /// none where there is nothing to be asked. `columns` is null for hosts that are asked cell by
-    /// cell.
+    /// none where there is nothing to be asked. `columns` holds
+    /// nothing for hosts that are asked cell by cell.
     [[nodiscard]] std::vector<int> fieldsOfClick(int row) const;
     [[nodiscard]] std::vector<int> fieldsOfFilter(const orv::String& filter) const;
-    [[nodiscard]] gis::IColumns* columns() const;
+    [[nodiscard]] ColumnSource columns() const;
     [[nodiscard]] gis::CDBTable* table() const;
 
     /// Runs a filter. The refusal to be shown when its text is wrong; then nothing is found.

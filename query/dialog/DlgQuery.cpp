@@ -184,7 +184,7 @@ void CDlgQuery::onFieldClicked()
 /// False when that was stopped.
 bool CDlgQuery::readColumns(const std::vector<int>& fields)
 {
-    gis::IColumns* const columns = m_query.columns();
+    const query::ColumnSource columns = m_query.columns();
     gis::CDBTable* const table = m_query.table();
     if (fields.empty() || !columns)
         return true;

@@ -50,14 +50,6 @@ QString expectedWord(const QString& expected)
     return isFeminine ? QStringLiteral("attesa ") : QStringLiteral("atteso ");
 }
 
-/// A word of the filter as a line has room for it.
-QString shown(std::string_view token)
-{
-    constexpr int MostLetters = 60;
-    const QString text = fromBytes(token);
-    return text.size() <= MostLetters ? text : text.left(MostLetters) + QStringLiteral("…");
-}
-
 bool endsInNumber(std::string_view token)
 {
     return !token.empty() && token.back() >= '0' && token.back() <= '9';
@@ -87,17 +79,27 @@ QString messageOf(std::string_view text, const ParseOutcome& outcome)
         message = expected.isEmpty() ? QStringLiteral("il filtro non è valido")
                                      : expectedWord(expected) + expected;
         if (!outcome.precedingToken.empty())
-            message += QStringLiteral(" dopo ") + shown(outcome.precedingToken);
+            message += QStringLiteral(" dopo ") + shortened(fromBytes(outcome.precedingToken));
     }
     if (outcome.isShortened())
         message += QStringLiteral(" (Esegui userebbe solo: ")
-            + shown(text.substr(static_cast<std::size_t>(outcome.conditionPosition - 1),
-                static_cast<std::size_t>(outcome.conditionBytes)))
+            + shortened(
+                fromBytes(text.substr(static_cast<std::size_t>(outcome.conditionPosition - 1),
+                    static_cast<std::size_t>(outcome.conditionBytes))))
             + QLatin1Char(')');
     return message;
 }
 
 } // namespace
+
+QString shortened(const QString& text)
+{
+    constexpr int MostLetters = 60;
+    if (text.size() <= MostLetters)
+        return text;
+    const int whole = text[MostLetters - 1].isHighSurrogate() ? MostLetters - 1 : MostLetters;
+    return text.left(whole) + QStringLiteral("…");
+}
 
 FilterCheck checkFilter(const QString& text)
 {

@@ -17,6 +17,9 @@ struct FilterCheck {
     int length = 0;
 };
 
+/// A name or word of a filter as a line has room for it: cut with "…" when it is very long.
+[[nodiscard]] QString shortened(const QString& text);
+
 /// Parses in silence: a text that is still being typed is wrong most of the time.
 [[nodiscard]] FilterCheck checkFilter(const QString& text);
 

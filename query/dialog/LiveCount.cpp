@@ -11,7 +11,6 @@
 
 #include <QLocale>
 
-#include <system_error>
 #include <utility>
 
 namespace query {
@@ -22,8 +21,6 @@ namespace {
 constexpr int StartAfterMs = 60;
 constexpr int SliceMs = 15;
 constexpr int NotCounted = -1;
-
-constexpr int MostNameLetters = 60;
 
 QString countText(int found, int total)
 {
@@ -37,8 +34,7 @@ QString unknownText(const std::vector<orv::String>& names)
 {
     QString text;
     for (const auto& name : names)
-        text += (text.isEmpty() ? QString() : QStringLiteral(", "))
-            + kit::toQt(name).left(MostNameLetters);
+        text += (text.isEmpty() ? QString() : QStringLiteral(", ")) + shortened(kit::toQt(name));
     return names.empty() ? text : QStringLiteral(" (nomi sconosciuti: ") + text + QLatin1Char(')');
 }
 
@@ -87,7 +83,7 @@ void CLiveCount::check()
     m_stepTimer.stop();
     m_startTimer.stop();
     stopWorker();
-    m_isReadingWanted = false;
+    m_isWanted = false;
     m_count.reset();
     const FilterCheck checked = checkFilter(m_filter);
     if (checked.isFilter && m_library && m_theme) {
@@ -102,36 +98,50 @@ void CLiveCount::check()
 
 void CLiveCount::start()
 {
-    m_isReadingWanted = m_library->Extension(gis::ColumnsExtension) != nullptr;
-    if (m_isReadingWanted)
-        startReading();
-    else
-        count();
-}
-
-/// What the filter names may still lie in a file: it is read before the counting begins.
-void CLiveCount::startReading()
-{
-    if (m_worker.valid())
-        return; // one at a time: the running one's end starts this one
-    m_isReadingWanted = false;
-    const auto root = parseFilter(m_filter.toStdString(), ErrorReport::Silent).root;
-    if (!root)
+    m_isWanted = m_worker.valid(); // one at a time: the running one's end starts this one
+    if (m_isWanted)
         return;
-    m_reading = std::make_shared<std::atomic<bool>>(false);
-    auto* columns = static_cast<gis::IColumns*>(m_library->Extension(gis::ColumnsExtension));
-    runAside([columns, table = m_library->GetTable(m_theme),
-                 fields = fieldsOf(m_library, m_theme, *root), stop = m_reading] {
-        readColumns(columns, table, fields, [&stop](double) { return !*stop; });
-        return 0;
+    guarded([this] {
+        if (!startReading())
+            count();
     });
 }
 
-/// Runs work on another thread; `onWorkerDone` follows. Where no thread is to be had the line stays
-/// empty: without a count one can ask as well.
+/// Out of memory or threads, or whatever a host throws: the line stays empty, one can ask as well.
+void CLiveCount::guarded(const std::function<void()>& work)
+{
+    try {
+        work();
+    } catch (...) {
+        m_stepTimer.stop();
+        m_count.reset();
+        m_working.reset();
+        m_reading.reset();
+        show({});
+    }
+}
+
+/// What the filter names may still lie in a file: it is read before the counting begins. False when
+/// there is nothing to be read.
+bool CLiveCount::startReading()
+{
+    const ColumnSource source(m_library);
+    const auto root = parseFilter(m_filter.toStdString(), ErrorReport::Silent).root;
+    if (!source || !root)
+        return false;
+    m_reading = std::make_shared<std::atomic<bool>>(false);
+    runAside([source, table = m_library->GetTable(m_theme),
+                 fields = fieldsOf(m_library, m_theme, *root), stop = m_reading] {
+        readColumns(source, table, fields, [&stop](double) { return !*stop; });
+        return 0;
+    });
+    return true;
+}
+
+/// Runs work on another thread; `onWorkerDone` follows.
 void CLiveCount::runAside(const std::function<int()>& work)
 {
-    const auto told = [this, work] {
+    m_worker = std::async(std::launch::async, [this, work] {
         int found = NotCounted;
         try {
             found = work();
@@ -139,75 +149,48 @@ void CLiveCount::runAside(const std::function<int()>& work)
         }
         QMetaObject::invokeMethod(this, &CLiveCount::onWorkerDone, Qt::QueuedConnection);
         return found;
-    };
-    try {
-        m_worker = std::async(std::launch::async, told);
-    } catch (const std::system_error&) {
-        m_working.reset();
-        m_reading.reset();
-        show({});
-    }
+    });
 }
 
 void CLiveCount::count()
 {
-    try {
-        m_count = CFilterCount::make(*m_library, m_theme, m_filter.toStdString());
-    } catch (...) { // out of memory, or whatever a host's columns throw: one can ask as well
-        m_count.reset();
-    }
+    m_count = CFilterCount::make(*m_library, m_theme, m_filter.toStdString());
     if (!m_count) {
         show({});
     } else if (const auto& field = m_count->unreadableField()) {
-        show({ QStringLiteral("il campo ") + kit::toQt(*field).left(MostNameLetters)
+        show({ QStringLiteral("il campo ") + shortened(kit::toQt(*field))
                 + QStringLiteral(" non può essere letto"),
             true, 0, 0 });
     } else if (m_count->isByColumns()) {
-        startWorker();
+        m_working = m_count;
+        runAside([counting = m_working] { return counting->countColumns(); });
     } else {
         m_isSlowTold = false;
         m_stepTimer.start(0);
     }
 }
 
-void CLiveCount::startWorker()
-{
-    if (m_worker.valid())
-        return; // one at a time: the running one's end starts this one
-    m_working = m_count;
-    runAside([counting = m_working] { return counting->countColumns(); });
-}
-
 void CLiveCount::onWorkerDone()
 {
     const int found = m_worker.get();
-    const auto wasReading = std::exchange(m_reading, nullptr);
-    const auto worked = std::exchange(m_working, nullptr);
-    if (m_isReadingWanted) {
-        startReading();
-    } else if (wasReading) {
-        if (!*wasReading)
-            count();
-    } else if (worked == m_count && m_count && found == NotCounted) {
+    const auto reading = std::exchange(m_reading, nullptr);
+    const auto counted = std::exchange(m_working, nullptr);
+    if (m_isWanted)
+        start();
+    else if (reading && !*reading)
+        guarded([this] { count(); });
+    else if (counted && counted == m_count && found == NotCounted)
         show({});
-    } else if (worked == m_count && m_count) {
+    else if (counted && counted == m_count)
         showCount(found);
-    } else if (m_count && m_count->isByColumns()) {
-        startWorker();
-    }
 }
 
 void CLiveCount::step()
 {
     bool isDone = false;
-    try {
-        isDone = m_count->step(SliceMs);
-    } catch (...) { // the same
-        m_stepTimer.stop();
-        m_count.reset();
-        show({});
+    guarded([&] { isDone = m_count->step(SliceMs); });
+    if (!m_count)
         return;
-    }
     if (!isDone) {
         if (!std::exchange(m_isSlowTold, true))
             show({ QStringLiteral("conteggio in corso…"), false, 0, 0 });

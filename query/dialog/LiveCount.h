@@ -43,9 +43,9 @@ Q_SIGNALS:
 private:
     void check();
     void start();
-    void startReading();
+    void guarded(const std::function<void()>& work);
+    bool startReading();
     void count();
-    void startWorker();
     void onWorkerDone();
     void runAside(const std::function<int()>& work);
     void stopWorker();
@@ -67,7 +67,7 @@ private:
     std::shared_ptr<CFilterCount> m_working;
     /// Set while the worker reads columns; true stops it.
     std::shared_ptr<std::atomic<bool>> m_reading;
-    bool m_isReadingWanted = false;
+    bool m_isWanted = false; // once the running worker has ended
 };
 
 } // namespace query

@@ -6,11 +6,27 @@
 #include "query/execution/FilterNames.h"
 
 #include "host/gis/LibGis.h"
-#include "host/gis/Readings.h"
 
 #include <algorithm>
 
 namespace query {
+namespace {
+
+class CStop final : public gis::IReadingStop {
+public:
+    CStop(const std::function<bool(double)>& goesOn, double fraction)
+        : m_goesOn(goesOn)
+        , m_fraction(fraction)
+    {
+    }
+    bool IsStopped() override { return !m_goesOn(m_fraction); }
+
+private:
+    const std::function<bool(double)>& m_goesOn;
+    double m_fraction;
+};
+
+} // namespace
 
 bool isReadable(gis::CLibGis& library, gis::CDBTable* table, int fieldIndex)
 {
@@ -36,14 +52,27 @@ std::vector<int> fieldsOf(gis::CLibGis* library, gis::CTheme* theme, CEEExpressi
     return fields;
 }
 
-bool readColumns(gis::IColumns* columns, gis::CDBTable* table, const std::vector<int>& fields,
+ColumnSource::ColumnSource(gis::CLibGis* library)
+    : columns(
+        library ? static_cast<gis::IColumns*>(library->Extension(gis::ColumnsExtension)) : nullptr)
+    , readings(library ? static_cast<gis::IReadings*>(library->Extension(gis::ReadingsExtension))
+                       : nullptr)
+{
+}
+
+bool readColumns(const ColumnSource& source, gis::CDBTable* table, const std::vector<int>& fields,
     const std::function<bool(double)>& goesOn)
 {
-    for (std::size_t i = 0; columns && table && i < fields.size(); ++i) {
-        if (!goesOn(static_cast<double>(i) / static_cast<double>(fields.size())))
+    for (std::size_t i = 0; table && i < fields.size(); ++i) {
+        const double fraction = static_cast<double>(i) / static_cast<double>(fields.size());
+        if (!goesOn(fraction))
+            return false;
+        CStop stop(goesOn, fraction);
+        if (source.readings && !source.readings->Read(table, fields[i], &stop))
             return false;
         gis::ColumnView view;
-        static_cast<void>(columns->GetColumn(table, fields[i], view));
+        if (source.columns && !source.readings)
+            static_cast<void>(source.columns->GetColumn(table, fields[i], view));
     }
     return true;
 }

@@ -27,7 +27,6 @@
 using tables::CFieldDelegate;
 using tables::CFieldModel;
 using tables::FieldColumnCount;
-using tables::FormatColumn;
 using tables::NameColumn;
 using tables::TypeColumn;
 

@@ -45,6 +45,25 @@ protected:
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
     }
 
+    /// Tables Case and Punti, a theme each; a page of Punti's texts is overwritten.
+    void saveTwoAndDamageOne()
+    {
+        gis::CLibGis facade;
+        embedded::Library& library = *embedded::Library::of(&facade);
+        for (const char* name : { "Case", "Punti" }) {
+            gis::CDBTable* table = library.createTable(orv::String(name));
+            table->addField("Nome", gis::FieldFormat::Text);
+            table->addRows(Rows);
+            for (int row = 0; row < Rows; ++row)
+                table->columnForWriting(0).setText(
+                    row, std::string(name) + " numero " + std::to_string(row));
+            library.createTheme(
+                table, orv::String(name), gis::EntType::Points, gis::EntTypeCoords::XY, 0);
+        }
+        ASSERT_TRUE(embedded::saveLibraryAs(facade, m_library).ok());
+        damagePageOf("Punti numero 10000");
+    }
+
     Folder m_folder;
     std::string m_library = m_folder.path("grande.gpkg");
 };
@@ -95,6 +114,46 @@ TEST_F(DamageCommandTest, AShapeWhoseBytesAreGoneIsNotToldAsNone)
     EXPECT_FALSE(std::filesystem::exists(m_folder.path("map.png")));
     EXPECT_EQ(run({ "query", m_library, "N = 1", "--format", "csv" }).out, "#,N\r\n2,1\r\n")
         << "the numbers are whole";
+}
+
+TEST_F(DamageCommandTest, ADamagedThemeStandsInNoOthersWayWhenAllAreExported)
+{
+    saveTwoAndDamageOne();
+    std::filesystem::create_directory(m_folder.path("out"));
+
+    const auto outcome = run({ "export", m_library, "--to", m_folder.path("out") });
+
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.err.rfind("tematica: " + m_library + ": the file is damaged", 0), 0U)
+        << outcome.err;
+    EXPECT_TRUE(std::filesystem::exists(m_folder.path("out/Case.shp")));
+    EXPECT_FALSE(std::filesystem::exists(m_folder.path("out/Punti.shp")));
+    EXPECT_FALSE(std::filesystem::exists(m_folder.path("out/Punti.dbf")));
+}
+
+TEST_F(DamageCommandTest, AnImportIntoADamagedTableSaysSo)
+{
+    saveTwoAndDamageOne();
+    gis::CLibGis facade;
+    embedded::Library& library = *embedded::Library::of(&facade);
+    gis::CDBTable* table = library.createTable(orv::String("Punti"));
+    table->addField("Nome", gis::FieldFormat::Text);
+    table->addRows(1);
+    library.createTheme(
+        table, orv::String("Punti"), gis::EntType::Points, gis::EntTypeCoords::XY, 0);
+    const std::string other = m_folder.path("other.gpkg");
+    ASSERT_TRUE(embedded::saveLibraryAs(facade, other).ok());
+    std::filesystem::create_directory(m_folder.path("shapes"));
+    ASSERT_EQ(run({ "export", other, "--to", m_folder.path("shapes") }).exitCode, 0);
+    const std::string before = contents(m_library);
+
+    const auto outcome = run({ "import", m_folder.path("shapes/Punti.shp"), "--into", m_library,
+        "--on-conflict", "merge" });
+
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.err.rfind("tematica: " + m_library + ": the file is damaged", 0), 0U)
+        << outcome.err;
+    EXPECT_EQ(contents(m_library), before);
 }
 
 } // namespace

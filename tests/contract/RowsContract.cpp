@@ -246,6 +246,9 @@ TEST_P(RowsContract, WhatIsInMemoryIsReadable)
     EXPECT_TRUE(readings->IsReadable(table, 1));
     EXPECT_TRUE(readings->IsReadable(table, 2)) << "no field, so nothing of it is missing";
     EXPECT_TRUE(readings->IsReadable(nullptr, 0));
+    EXPECT_TRUE(readings->Read(table, 0, nullptr));
+    EXPECT_TRUE(readings->Read(table, 2, nullptr));
+    EXPECT_TRUE(readings->Read(nullptr, 0, nullptr));
 }
 
 TEST_P(RowsContract, UnknownExtensionsAreNull)

@@ -293,10 +293,13 @@ TEST(VirtualOrderTest, ExtensionsOfTheLibraryHaveTheirOperationsInTheirOrder)
     EXPECT_EQ((Slots { slotOf(&IFeedback::ShowFound), slotOf(&IFeedback::ShowRow),
                   slotOf(&IFeedback::GetSelected) }),
         allFrom<IFeedback>(0));
-    EXPECT_EQ(Slots { slotOf(&IReadings::IsReadable) }, allFrom<IReadings>(0));
+    EXPECT_EQ((Slots { slotOf(&IReadings::IsReadable), slotOf(&IReadings::Read) }),
+        allFrom<IReadings>(0));
+    EXPECT_EQ(Slots { slotOf(&IReadingStop::IsStopped) }, allFrom<IReadingStop>(0));
     EXPECT_EQ(sizeOfTable<IColumns>(), 2);
     EXPECT_EQ(sizeOfTable<IFeedback>(), 3);
-    EXPECT_EQ(sizeOfTable<IReadings>(), 1);
+    EXPECT_EQ(sizeOfTable<IReadings>(), 2);
+    EXPECT_EQ(sizeOfTable<IReadingStop>(), 1);
 }
 
 } // namespace

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace {
 
 using gis::CCtrlDlgTableEdit;
@@ -36,6 +38,14 @@ struct Classified {
         CCtrlDlgTableEdit edit(library.get(), library->GetTable(0));
         edit.SetFieldFormat(edit.GetCurField(0), format);
         EXPECT_TRUE(edit.Commit());
+    }
+    /// Changes the map as its page does.
+    void edit(const std::function<void(CCtrlThemeMapEdit&)>& change)
+    {
+        CCtrlThemeMapEdit map(library->GetTheme(0));
+        change(map);
+        EXPECT_TRUE(map.Commit(nullptr));
+        changes.Clear();
     }
     /// `'Default' -..-, '1' 1..1`
     std::string classes()
@@ -66,12 +76,13 @@ TEST(ClassLimitsTest, ValuesThatNoRowHasAnyMoreLoseTheirClass)
 
     map.change(FieldFormat::Integer);
 
-    EXPECT_EQ(map.classes(), "'Default' -..-, 'Vuoto' -..-, '12' 12..12, '7' 7..7")
-        << "a class without limits would be taken for that of empty rows";
+    EXPECT_EQ(map.classes(), "'Default' -..-, 'Vuoto' -..-, '7' 7..7, '12' 12..12")
+        << "a class without limits would be taken for that of empty rows; numbers are in the order "
+           "of numbers";
     ASSERT_TRUE(map.changes.Undo());
     EXPECT_EQ(map.classes(), before);
     ASSERT_TRUE(map.changes.Redo());
-    EXPECT_EQ(map.classes(), "'Default' -..-, 'Vuoto' -..-, '12' 12..12, '7' 7..7");
+    EXPECT_EQ(map.classes(), "'Default' -..-, 'Vuoto' -..-, '7' 7..7, '12' 12..12");
 }
 
 TEST(ClassLimitsTest, ValuesThatBecomeOneAreOneClass)
@@ -81,18 +92,82 @@ TEST(ClassLimitsTest, ValuesThatBecomeOneAreOneClass)
 
     map.change(FieldFormat::Integer);
 
-    EXPECT_EQ(map.classes(), "'Default' -..-, '2.5' 3..3, '7' 7..7");
+    EXPECT_EQ(map.classes(), "'Default' -..-, '3' 3..3, '7' 7..7");
     ASSERT_TRUE(map.changes.Undo());
     EXPECT_EQ(map.classes(), "'Default' -..-, '2.5' 2.5..2.5, '2.6' 2.6..2.6, '3' 3..3, '7' 7..7");
 }
 
-TEST(ClassLimitsTest, WhenNoValueIsLeftOnlyTheDefaultClassIs)
+TEST(ClassLimitsTest, LabelsThatTheUserWroteStay)
+{
+    Classified map("table T (a decimal 1); rows T: (2.5), (7)", MapType::SingleValue, 5);
+    map.edit([](CCtrlThemeMapEdit& edit) {
+        gis::CLibGis::SetLabel(edit.GetFeatureClass(1), "bassa");
+        gis::CLibGis::SetColor(edit.GetFeatureClass(1), 3);
+    });
+
+    map.change(FieldFormat::Integer);
+
+    EXPECT_EQ(map.classes(), "'Default' -..-, 'bassa' 3..3, '7' 7..7");
+    EXPECT_EQ(
+        gis::CLibGis::GetColor(CCtrlThemeMapEdit(map.library->GetTheme(0)).GetFeatureClass(1)), 3);
+}
+
+TEST(ClassLimitsTest, RowsThatLoseTheirValueGetTheirClass)
+{
+    Classified map("table T (a text); rows T: ('12'), ('due')", MapType::SingleValue, 5);
+    ASSERT_EQ(map.classes(), "'Default' -..-, '12' '12'..'12', 'due' 'due'..'due'");
+
+    map.change(FieldFormat::Integer);
+
+    EXPECT_EQ(map.classes(), "'Default' -..-, 'Vuoto' -..-, '12' 12..12");
+}
+
+TEST(ClassLimitsTest, LimitsThatTheUserTookAwayOrTurnedAroundStay)
+{
+    Classified map("table T (a decimal 1); rows T: (0), (8)", MapType::Interval, 4);
+    map.edit([](CCtrlThemeMapEdit& edit) {
+        const orv::CPolyValue none;
+        gis::CLibGis::SetLimitValue(
+            edit.GetFeatureClass(2), orv::CPolyValue(2.5), orv::CPolyValue(1.5));
+        gis::CLibGis::SetLimitValue(edit.GetFeatureClass(3), orv::CPolyValue(1.5), none);
+        gis::CLibGis::SetLimitValue(edit.GetFeatureClass(4), none, orv::CPolyValue(8.5));
+    });
+
+    map.change(FieldFormat::Integer);
+
+    EXPECT_EQ(
+        map.classes(), "'Default' -..-, '0 - 2' 0..2, '2 - 4' 3..1, '4 - 6' 2..-, '6 - 8' -..9");
+}
+
+TEST(ClassLimitsTest, AMapTellsHowManyClassesItHas)
+{
+    Classified map("table T (a decimal 2); rows T: (0), (1)", MapType::Interval, 4);
+
+    map.change(FieldFormat::Integer);
+
+    CCtrlThemeMapEdit edit(map.library->GetTheme(0));
+    EXPECT_EQ(edit.GetNumFeatureClasses(), 3);
+    EXPECT_EQ(edit.GetNumClasses(), 2) << "a page that shows another number makes them anew";
+}
+
+TEST(ClassLimitsTest, WholeNumbersBecomeDecimalsAndBackAsTheyWere)
+{
+    Classified map("table T (a integer); rows T: (0), (10)", MapType::Interval, 3);
+    const std::string before = map.classes();
+
+    map.change(FieldFormat::Decimal);
+    map.change(FieldFormat::Integer);
+
+    EXPECT_EQ(map.classes(), before);
+}
+
+TEST(ClassLimitsTest, WhenNoValueIsLeftNoClassOfValuesIs)
 {
     Classified map("table T (a decimal 1); rows T: (0.5), (2)", MapType::SingleValue, 5);
 
     map.change(FieldFormat::Date);
 
-    EXPECT_EQ(map.classes(), "'Default' -..-");
+    EXPECT_EQ(map.classes(), "'Default' -..-, 'Vuoto' -..-");
 }
 
 struct IntervalCase {
@@ -122,23 +197,24 @@ INSTANTIATE_TEST_SUITE_P(Intervals, IntervalLimitsTest,
     testing::Values(
         IntervalCase { "table T (a decimal 1); rows T: (0), (9.5), (-)", 2, FieldFormat::Integer,
             "'Default' -..-, 'Vuoto' -..-, '0 - 4.75' 0..4.75, '4.75 - 9.5' 4.75..9.5",
-            "'Default' -..-, 'Vuoto' -..-, '0 - 4.75' 0..5, '4.75 - 9.5' 6..10" },
-        // Between one half and three quarters there is no whole number that is not in the class
-        // before.
+            "'Default' -..-, 'Vuoto' -..-, '0 - 4' 0..4, '5 - 10' 5..10" },
+        // A value on the border belongs to the later class; between one quarter and three quarters
+        // there is no whole number.
         IntervalCase { "table T (a decimal 2); rows T: (0), (1)", 4, FieldFormat::Integer,
             "'Default' -..-, '0 - 0.25' 0..0.25, '0.25 - 0.5' 0.25..0.5, '0.5 - 0.75' 0.5..0.75, "
             "'0.75 - 1' 0.75..1",
-            "'Default' -..-, '0 - 0.25' 0..0, '0.25 - 0.5' 1..1" },
+            "'Default' -..-, '0' 0..0, '1' 1..1" },
         IntervalCase { "table T (a decimal 0); rows T: (-4294967296), (4294967296)", 2,
             FieldFormat::Integer,
             "'Default' -..-, '-4294967296 - 0' -4294967296..0, '0 - 4294967296' 0..4294967296",
-            "'Default' -..-, '-4294967296 - 0' -2147483648..0, '0 - 4294967296' 1..2147483647" },
+            "'Default' -..-, 'Vuoto' -..-, '-2147483648 - -1' -2147483648..-1, "
+            "'0 - 2147483647' 0..2147483647" },
         IntervalCase { "table T (a decimal 0); rows T: (0), (8589934592)", 2, FieldFormat::Integer,
             "'Default' -..-, '0 - 4294967296' 0..4294967296, "
             "'4294967296 - 8589934592' 4294967296..8589934592",
-            "'Default' -..-, '0 - 4294967296' 0..2147483647" },
+            "'Default' -..-, 'Vuoto' -..-, '0 - 2147483647' 0..2147483647" },
         IntervalCase { "table T (a integer); rows T: (0), (10), (-)", 3, FieldFormat::Decimal,
             "'Default' -..-, 'Vuoto' -..-, '0 - 2' 0..2, '3 - 6' 3..6, '7 - 10' 7..10",
-            "'Default' -..-, 'Vuoto' -..-, '0 - 2' 0..2, '3 - 6' 2..6, '7 - 10' 6..10" }));
+            "'Default' -..-, 'Vuoto' -..-, '0 - 3' 0..3, '3 - 7' 3..7, '7 - 10' 7..10" }));
 
 } // namespace

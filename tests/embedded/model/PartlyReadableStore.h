@@ -19,17 +19,15 @@ namespace model_testing {
 /// for. Fields named in `unreadable` fail, until they are taken out of it.
 class CPartlyReadableStore final : public embedded::IStore {
 public:
-    embedded::Result<void> readColumn(
-        const gis::CDBTable&, const gis::CField& field, embedded::Column& column) override
+    embedded::Result<void> readColumn(const gis::CDBTable&, const gis::CField& field,
+        embedded::Column& column, const embedded::IsStopped& isStopped) override
     {
         const std::string name = field.name.Bytes();
         ++readings[name];
-        if (unreadable.contains(name)) {
-            m_failed.insert_or_assign(
-                &field, embedded::Error { embedded::ErrorCode::DamagedFile, "x.gpkg", name });
-            return m_failed.at(&field);
-        }
-        m_failed.erase(&field);
+        if (unreadable.contains(name))
+            return embedded::Error { embedded::ErrorCode::DamagedFile, "x.gpkg", name };
+        if (isStopped && isStopped())
+            return embedded::Error { embedded::ErrorCode::Cancelled, {}, {} };
         column.append(cells.at(name));
         if (missingRows > 0)
             column.truncate(column.rowCount() - missingRows);
@@ -38,15 +36,6 @@ public:
     embedded::Result<void> readGeometry(gis::CTheme&, embedded::EntityStore&) override
     {
         return {};
-    }
-    [[nodiscard]] const embedded::Error* failedRead() const override
-    {
-        return m_failed.empty() ? nullptr : &m_failed.begin()->second;
-    }
-    [[nodiscard]] const embedded::Error* failedReadOf(const void* handle) const override
-    {
-        const auto found = m_failed.find(handle);
-        return found == m_failed.end() ? nullptr : &found->second;
     }
     embedded::Box extentOf(const gis::CTheme&) override { return {}; }
     bool entitiesIn(const gis::CTheme&, const embedded::Box&, std::vector<int>&) override
@@ -58,9 +47,6 @@ public:
     std::set<std::string> unreadable;
     std::map<std::string, int> readings; ///< How often each field was asked for.
     int missingRows = 0; ///< Rows that the file lacks.
-
-private:
-    std::map<const void*, embedded::Error> m_failed; // by field
 };
 
 /// Puts a library's first table into a file: nothing of it is in memory any more.

@@ -115,8 +115,8 @@ TEST(TableEditUsesTest, AnIntervalMapEndsWithTheNumbers)
 /// A file whose columns cannot be read any more.
 class CUnreadableStore final : public embedded::IStore {
 public:
-    embedded::Result<void> readColumn(
-        const gis::CDBTable&, const gis::CField&, embedded::Column&) override
+    embedded::Result<void> readColumn(const gis::CDBTable&, const gis::CField&, embedded::Column&,
+        const embedded::IsStopped&) override
     {
         return embedded::Error { embedded::ErrorCode::DamagedFile, "x.gpkg", "" };
     }
@@ -124,15 +124,11 @@ public:
     {
         return embedded::Error { embedded::ErrorCode::DamagedFile, "x.gpkg", "" };
     }
-    [[nodiscard]] const embedded::Error* failedRead() const override { return &m_error; }
     embedded::Box extentOf(const gis::CTheme&) override { return {}; }
     bool entitiesIn(const gis::CTheme&, const embedded::Box&, std::vector<int>&) override
     {
         return false;
     }
-
-private:
-    embedded::Error m_error { embedded::ErrorCode::DamagedFile, "x.gpkg", "" };
 };
 
 TEST(TableEditUsesTest, ColumnsThatCannotBeReadAreNotCommittedAsEmpty)

@@ -142,8 +142,47 @@ TEST(ReadingsTest, WhatIsNoFieldOfTheLibraryHasNothingThatCouldFail)
     EXPECT_TRUE(readings->IsReadable(other->GetTable(0), 0));
     EXPECT_FALSE(other->GetTable(0)->isColumnLoaded(0)) << "not asked either";
     EXPECT_TRUE(readings->IsReadable(nullptr, 0));
-    for (const int field : { -1, 2, std::numeric_limits<int>::max() })
+    EXPECT_TRUE(readings->Read(other->GetTable(0), 0, nullptr));
+    EXPECT_TRUE(readings->Read(nullptr, 0, nullptr));
+    for (const int field : { -1, 2, std::numeric_limits<int>::max() }) {
         EXPECT_TRUE(readings->IsReadable(library->GetTable(0), field)) << field;
+        EXPECT_TRUE(readings->Read(library->GetTable(0), field, nullptr)) << field;
+    }
+    EXPECT_FALSE(other->GetTable(0)->isColumnLoaded(0));
+}
+
+struct CStopAtOnce final : gis::IReadingStop {
+    bool IsStopped() override { return true; }
+};
+
+TEST(ReadingsTest, AReadingThatIsStoppedHasNotHappened)
+{
+    const auto library = makeLibrary(Roads);
+    gis::CDBTable* table = library->GetTable(0);
+    intoFile(*library);
+    gis::IReadings* readings = readingsOf(*library);
+    ASSERT_NE(readings, nullptr);
+    CStopAtOnce stop;
+
+    EXPECT_FALSE(readings->Read(table, 1, &stop));
+    EXPECT_FALSE(table->isColumnLoaded(1));
+    EXPECT_EQ(Library::of(library.get())->failedRead(), nullptr) << "nothing is broken";
+
+    EXPECT_TRUE(readings->Read(table, 1, nullptr));
+    EXPECT_TRUE(table->isColumnLoaded(1));
+    EXPECT_TRUE(readings->Read(table, 1, &stop)) << "there is nothing left to be stopped";
+    EXPECT_TRUE(readings->IsReadable(table, 1));
+}
+
+TEST(ReadingsTest, AFieldThatCannotBeReadIsNoStoppedReading)
+{
+    const auto library = makeLibrary(Roads);
+    intoFile(*library)->unreadable = { "corsie" };
+    gis::IReadings* readings = readingsOf(*library);
+    ASSERT_NE(readings, nullptr);
+
+    EXPECT_TRUE(readings->Read(library->GetTable(0), 1, nullptr));
+    EXPECT_FALSE(readings->IsReadable(library->GetTable(0), 1));
 }
 
 } // namespace

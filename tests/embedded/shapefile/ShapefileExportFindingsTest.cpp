@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
+#include "tests/embedded/model/PartlyReadableStore.h"
 #include "tests/embedded/shapefile/ShapefileExportTesting.h"
 
 #include "embedded/model/Library.h"
@@ -75,6 +76,30 @@ TEST_F(ShapefileExportFindingsTest, ShapesWithoutAPlaceAreNullShapesWhoseRowsSta
     ASSERT_NE(finding(FindingCode::ShapesNotWritten), nullptr);
     EXPECT_EQ(finding(FindingCode::ShapesNotWritten)->count, 2);
     EXPECT_TRUE(report.hasWarnings());
+}
+
+TEST_F(ShapefileExportFindingsTest, AThemeThatCannotBeReadIsNotWrittenAndStandsInNoOthersWay)
+{
+    support::fillLibrary(library,
+        "table t (a text, b text); rows t: ('x', 'y'); table u (a text); rows u: ('z');"
+        "theme t: points 2d on t; theme u: points 2d on u; ents u: 0 [1 2]");
+    const auto store = model_testing::intoFile(library);
+    store->unreadable = { "b" };
+
+    const auto refused = exportTheme(0);
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().code, ErrorCode::DamagedFile);
+    EXPECT_EQ(refused.error().subject, "x.gpkg") << "what is damaged, not what was to be written";
+    EXPECT_EQ(errorFlags, ExportShpNotWritten | ExportDbfNotWritten);
+    EXPECT_TRUE(filesInFolder().empty());
+
+    ASSERT_TRUE(exportTheme(1).ok());
+    EXPECT_EQ(errorFlags, 0);
+    EXPECT_THAT(cells("u.dbf", 0), testing::ElementsAre("z"));
+
+    store->unreadable.clear();
+    EXPECT_TRUE(exportTheme(0).ok()) << "read again";
+    EXPECT_THAT(cells("t.dbf", 1), testing::ElementsAre("y"));
 }
 
 TEST_F(ShapefileExportFindingsTest, HeightsThatAreNoNumbersCountOnlyWhereTheyAreWritten)

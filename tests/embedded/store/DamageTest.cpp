@@ -5,6 +5,8 @@
 #include "tests/embedded/store/StoreTesting.h"
 #include "tests/support/LibraryNotation.h"
 
+#include "host/gis/TableEdit.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -24,6 +26,21 @@ protected:
         CRandomLibrary(7).fill(library);
         EXPECT_TRUE(embedded::saveLibraryAs(library, path).ok());
         return bytesOf(path);
+    }
+    /// A table of many rows; a page of its first field is overwritten.
+    void saveWithADamagedPage()
+    {
+        const auto library = support::makeLibrary("table T (a text, b text); rows T: ('x', 'y')");
+        gis::CDBTable* table = embedded::Library::of(library.get())->tables()[0];
+        table->addRows(20000);
+        for (int row = 0; row < table->rowCount(); ++row)
+            table->columnForWriting(0).setText(row, "testo numero " + std::to_string(row));
+        ASSERT_TRUE(embedded::saveLibraryAs(*library, path).ok());
+        std::string damaged = bytesOf(path);
+        const std::size_t page = 4096 * 60;
+        ASSERT_GT(damaged.size(), page + 4096);
+        std::fill_n(damaged.begin() + static_cast<std::ptrdiff_t>(page), 4096, '\x55');
+        writeBytes(path, damaged);
     }
     /// Opens whatever the file is and reads all of it: an error or a library, never a crash.
     bool opensAndReads()
@@ -157,20 +174,9 @@ TEST_F(DamageTest, ATableOrThemeWithoutANumberOfItsOwnIsDamage)
 
 TEST_F(DamageTest, AReadThatFailedIsNeverSavedAsEmptyCells)
 {
-    auto library = support::makeLibrary("table T (a text, b text); rows T: ('x', 'y')");
-    gis::CDBTable* table = embedded::Library::of(library.get())->tables()[0];
-    table->addRows(20000);
-    for (int row = 0; row < table->rowCount(); ++row)
-        table->columnForWriting(0).setText(row, "testo numero " + std::to_string(row));
-    ASSERT_TRUE(embedded::saveLibraryAs(*library, path).ok());
-    library.reset();
-    std::string damaged = bytesOf(path);
-    const std::size_t page = 4096 * 60;
-    ASSERT_GT(damaged.size(), page + 4096);
-    std::fill_n(damaged.begin() + static_cast<std::ptrdiff_t>(page), 4096, '\x55');
-    writeBytes(path, damaged);
+    saveWithADamagedPage();
 
-    library = opened(path, OpenMode::Write);
+    const auto library = opened(path, OpenMode::Write);
     ASSERT_TRUE(library);
     orv::CPolyValue value("z");
     library->SetRowValue(library->GetRow(library->GetTable(0), 0), 1, value);
@@ -181,4 +187,28 @@ TEST_F(DamageTest, AReadThatFailedIsNeverSavedAsEmptyCells)
     EXPECT_EQ(again.error().code, ErrorCode::DamagedFile);
     EXPECT_FALSE(embedded::saveLibraryAs(*library, folder.file("b.gpkg")).ok());
     EXPECT_FALSE(std::filesystem::exists(folder.file("b.gpkg")));
+}
+
+TEST_F(DamageTest, AFieldWithoutItsCellsThatUndoBringsBackIsNotSavedElsewhereEither)
+{
+    saveWithADamagedPage();
+    orv::CChangeTransactionManager changes;
+    embedded::Report report;
+    const auto library = embedded::openLibrary(path, OpenMode::Write, &changes, report);
+    ASSERT_TRUE(library.ok());
+    gis::CLibGis& facade = *library.value();
+    gis::CCtrlDlgTableEdit edit(&facade, facade.GetTable(0));
+    edit.DeleteField(edit.GetCurField(0)); // the field whose page is damaged
+    ASSERT_TRUE(edit.Commit());
+    const std::string elsewhere = folder.file("b.gpkg");
+    ASSERT_TRUE(embedded::saveLibraryAs(facade, elsewhere).ok());
+
+    ASSERT_TRUE(changes.Undo());
+
+    const auto again = embedded::saveLibrary(facade);
+    ASSERT_FALSE(again.ok()) << "its cells are in neither file";
+    EXPECT_EQ(again.error().code, ErrorCode::ReadFailed);
+    EXPECT_EQ(again.error().subject, elsewhere);
+    ASSERT_TRUE(changes.Redo());
+    EXPECT_TRUE(embedded::saveLibrary(facade).ok());
 }

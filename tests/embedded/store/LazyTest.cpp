@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+
 #include <thread>
 
 using namespace storetest;
@@ -115,6 +117,22 @@ TEST_F(LazyTest, ColumnsMayBeAskedForFromSeveralThreads)
     other.join();
     EXPECT_EQ(numbers.rowCount(), Many);
     EXPECT_EQ(texts.rowCount(), Many);
+}
+
+TEST_F(LazyTest, AReadingOfAColumnEndsSoonAfterItIsStopped)
+{
+    std::atomic<int> asked = 0;
+    const embedded::IsStopped atTheSecond = [&asked] { return ++asked >= 2; };
+
+    EXPECT_FALSE(table->loadColumn(1, atTheSecond));
+
+    EXPECT_GE(asked, 2);
+    EXPECT_LE(asked, 4) << "of both threads that read";
+    EXPECT_FALSE(table->isColumnLoaded(1));
+    EXPECT_EQ(Library::of(library.get())->failedRead(), nullptr);
+    EXPECT_TRUE(table->loadColumn(1, [] { return false; }));
+    EXPECT_EQ(table->column(1).rowCount(), Many);
+    EXPECT_EQ(table->columnFailure(1), nullptr);
 }
 
 TEST(LazyOrderTest, EntitiesInAnotherOrderThanTheirRowsAreFoundByRectangle)

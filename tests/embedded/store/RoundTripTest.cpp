@@ -3,6 +3,7 @@
 #include "tests/embedded/store/LibraryImage.h"
 #include "tests/embedded/store/RandomLibrary.h"
 #include "tests/embedded/store/StoreTesting.h"
+#include "tests/support/LibraryNotation.h"
 #include "tests/support/TimeZoneScope.h"
 
 #include "host/base/Dates.h"
@@ -198,6 +199,39 @@ TEST(RoundTripTest, UndoneStructuresAndDeletionsAreSavedAsTheyStand)
         }
     }
     EXPECT_GT(stepsUndone, 30);
+}
+
+TEST(RoundTripTest, WhatUndoBringsBackAfterSavingElsewhereTakesNobodysPlace)
+{
+    const CTemporaryFolder folder;
+    const std::string path = folder.file("b.gpkg");
+    orv::CChangeTransactionManager changes;
+    const auto library = support::makeLibrary(
+        "table A (a text); rows A: ('a'); table B (b text, n integer); rows B: ('x', 1), ('y', 2);"
+        "table C (c text); rows C: ('c');"
+        "theme TA: points 2d on A; ents TA: 0 [1 1]; theme TB: points 2d on B;"
+        "ents TB: 0 [2 2], 1 [3 3]",
+        &changes);
+    ASSERT_TRUE(embedded::saveLibraryAs(*library, folder.file("a.gpkg")).ok());
+    changes.Clear();
+    const std::string before = imageOf(*library);
+    {
+        const orv::ChangeStep step(&changes, "Cancella");
+        embedded::Library& model = *embedded::Library::of(library.get());
+        model.deleteTheme(library->GetTheme(0));
+        model.deleteTable(library->GetTable(0));
+        model.deleteTable(library->GetTable(1));
+    }
+    ASSERT_NE(imageOf(*library), before);
+    ASSERT_TRUE(embedded::saveLibraryAs(*library, path).ok());
+
+    ASSERT_TRUE(changes.Undo());
+    ASSERT_EQ(imageOf(*library), before);
+    ASSERT_TRUE(embedded::saveLibrary(*library).ok());
+
+    const auto again = opened(path);
+    ASSERT_TRUE(again);
+    EXPECT_EQ(imageOf(*again), before);
 }
 
 TEST(RoundTripTest, ADayStaysTheSameDayInEveryTimeZone)

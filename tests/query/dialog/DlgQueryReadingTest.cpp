@@ -5,7 +5,11 @@
 #include "tests/support/SlowColumns.h"
 #include "tests/support/ui/CancelProgress.h"
 
+#include "host/gis/Readings.h"
+
 #include <QLabel>
+
+#include <thread>
 
 // Columns that still lie in a file: reading them never holds up the window.
 
@@ -107,6 +111,44 @@ TEST_F(DlgQueryReadingTest, ClosingWhileFieldsAreReadWaitsForTheColumnOnly)
     m_dialog.reset();
 
     EXPECT_LT(columns->asked, 4);
+}
+
+/// A host that reads a field for as long as it is let.
+class CEndlessReadings final : public gis::IReadings {
+public:
+    bool IsReadable(gis::CDBTable*, int) override { return true; }
+    bool Read(gis::CDBTable*, int, gis::IReadingStop* stop) override
+    {
+        ++begun;
+        for (int i = 0; i < 6000; ++i) { // a minute
+            if (stop && stop->IsStopped()) {
+                ++stopped;
+                return false;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return true;
+    }
+    std::atomic<int> begun = 0;
+    std::atomic<int> stopped = 0;
+};
+
+TEST_F(DlgQueryReadingTest, ClosingOrTypingEndsTheReadingOfAField)
+{
+    CEndlessReadings readings;
+    m_library.offerColumns();
+    m_library.offer(gis::ReadingsExtension, static_cast<gis::IReadings*>(&readings));
+    open();
+    filter().setText(QStringLiteral("Corsie = 9"));
+    ASSERT_TRUE(ui::waitUntil([&] { return readings.begun == 1; }));
+
+    filter().setText(QStringLiteral("Corsie = 10"));
+    ASSERT_TRUE(ui::waitUntil([&] { return readings.begun == 2; })) << "the next one begins";
+    EXPECT_EQ(readings.stopped, 1);
+
+    m_dialog.reset();
+
+    EXPECT_EQ(readings.stopped, 2);
 }
 
 } // namespace

@@ -21,6 +21,7 @@ public:
         ++asked;
         return !unreadable.contains(fieldIndex);
     }
+    bool Read(gis::CDBTable*, int, gis::IReadingStop*) override { return true; }
 };
 
 class DlgQueryUnreadableTest : public querytest::DlgQueryFixture {

@@ -13,6 +13,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -29,6 +30,12 @@ public:
         lastTable = table;
         return !unreadable.contains(fieldIndex);
     }
+    bool Read(gis::CDBTable*, int fieldIndex, gis::IReadingStop* stop) override
+    {
+        read.push_back(fieldIndex);
+        return !stop || !stop->IsStopped();
+    }
+    std::vector<int> read;
     std::set<int> unreadable;
     std::set<int> asked;
     gis::CDBTable* lastTable = nullptr;
@@ -116,6 +123,28 @@ TEST_P(ReadingsTest, TheFirstUnreadableFieldIsNamedAsTheTableHasIt)
     EXPECT_EQ(*name, orv::String("Corsie"));
     EXPECT_FALSE(query::unreadableField(nullptr, m_library.GetTheme(0), *parsed.root));
     EXPECT_FALSE(query::unreadableField(&m_library, nullptr, *parsed.root));
+}
+
+TEST_P(ReadingsTest, FieldsAreReadBeforehandUntilTheReadingIsStopped)
+{
+    const query::ColumnSource source(&m_library);
+    ASSERT_TRUE(bool(source));
+    std::vector<double> fractions;
+    const auto goesOn = [&fractions](double fraction) {
+        fractions.push_back(fraction);
+        return fractions.size() < 4;
+    };
+
+    EXPECT_FALSE(query::readColumns(source, m_library.GetTable(0), { 2, 0, 3 }, goesOn));
+
+    EXPECT_EQ(m_readings.read, (std::vector<int> { 2, 0 }));
+    EXPECT_EQ(fractions, (std::vector<double> { 0, 0, 1.0 / 3, 1.0 / 3 }))
+        << "before each, and while it is read";
+    fractions.clear();
+    EXPECT_TRUE(query::readColumns(source, m_library.GetTable(0), { 1 }, goesOn));
+    EXPECT_TRUE(query::readColumns(source, nullptr, { 1 }, goesOn));
+    EXPECT_EQ(m_readings.read, (std::vector<int> { 2, 0, 1 }));
+    EXPECT_FALSE(bool(query::ColumnSource(nullptr)));
 }
 
 INSTANTIATE_TEST_SUITE_P(ColumnsAndCells, ReadingsTest, testing::Bool());
