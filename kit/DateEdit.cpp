@@ -33,6 +33,9 @@ CDateEdit::CDateEdit(QWidget* parent)
     : QLineEdit(parent)
 {
     setClearButtonEnabled(true);
+    // The toolkit's own picture has too few pixels for fine screens.
+    if (auto* clear = findChild<QAction*>(QStringLiteral("_q_qlineeditclearaction")))
+        clear->setIcon(icon("clear"));
     setPlaceholderText(QStringLiteral("gg/mm/aaaa"));
     QAction* choose = addAction(icon("calendar"), TrailingPosition);
     choose->setToolTip(QStringLiteral("Calendario (F4)"));

@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "kit/DateEdit.h"
 
+#include "kit/Icons.h"
 #include "tests/support/ui/CalendarDriver.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QTest>
+#include <QToolButton>
 
 namespace {
 
@@ -53,11 +56,21 @@ TEST_F(DateEditTest, AWrongTextOpensTheCalendarOnTodayAndStays)
     EXPECT_EQ(edit.text(), QStringLiteral("31/02/2020"));
 }
 
-TEST_F(DateEditTest, TheCrossClearsIt)
+TEST_F(DateEditTest, TheCrossIsDrawnLikeTheCalendarAndClearsIt)
 {
     edit.setText(QStringLiteral("05/03/2016"));
-    EXPECT_TRUE(edit.isClearButtonEnabled());
-    edit.clear();
+    QToolButton* cross = nullptr;
+    for (QToolButton* button : edit.findChildren<QToolButton*>())
+        if (button->toolTip().isEmpty() || !button->toolTip().startsWith(QLatin1String("Calend")))
+            cross = button;
+    ASSERT_NE(cross, nullptr);
+    const QSize size(16, 16);
+    for (const double ratio : { 1.0, 1.5, 2.0 }) // a drawing, sharp with any number of pixels
+        EXPECT_EQ(cross->icon().pixmap(size, ratio).toImage(),
+            kit::icon("clear").pixmap(size, ratio).toImage())
+            << ratio;
+    EXPECT_FALSE(kit::icon("clear").isNull());
+    QTest::mouseClick(cross, Qt::LeftButton);
     EXPECT_EQ(edit.text(), QString());
 }
 
