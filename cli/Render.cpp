@@ -58,15 +58,6 @@ int runRender(const RenderArguments& arguments)
             return fail(theme.error());
         themes.push_back(theme.value());
     }
-    if (themes.empty())
-        for (int i = 0; i < library.value()->GetNumThemes(); ++i)
-            if (gis::CTheme* theme = library.value()->GetTheme(i); theme->visible)
-                themes.push_back(theme);
-    // A damaged page of the file must not pass for entities without a shape.
-    for (gis::CTheme* theme : themes)
-        static_cast<void>(theme->geometry());
-    if (const embedded::Error* failed = failedRead(*library.value()))
-        return fail(*failed);
     TematicaRenderRequest request;
     request.library = library.value().get();
     request.themes = themes.data();
@@ -82,7 +73,10 @@ int runRender(const RenderArguments& arguments)
         request.maxX = (*arguments.box)[2];
         request.maxY = (*arguments.box)[3];
     }
-    if (renderer(&request) != 0) {
+    const int failure = renderer(&request);
+    if (const embedded::Error* failed = failedRead(*library.value()))
+        return fail(*failed);
+    if (failure != 0) {
         tell(arguments.output
             + ": the picture could not be written; check the folder and its permissions");
         return Failed;

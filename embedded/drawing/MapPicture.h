@@ -61,7 +61,8 @@ struct MapContent {
 QColor themeColour(int themeIndex);
 
 /// The visible themes of a library, or those named (in library order).
-/// Errors: geometry that cannot be read is left out. Thread: the library's.
+/// Errors: geometry that cannot be read is left out; Library::failedRead tells why. Thread: the
+/// library's.
 MapContent mapContent(gis::CLibGis& library, const std::vector<gis::CTheme*>& themes);
 std::vector<gis::CTheme*> visibleThemes(gis::CLibGis& library);
 

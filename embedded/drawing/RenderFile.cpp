@@ -3,6 +3,7 @@
 #include "embedded/drawing/RenderFile.h"
 
 #include "embedded/drawing/MapPicture.h"
+#include "embedded/model/Library.h"
 
 #include <QByteArray>
 #include <QGuiApplication>
@@ -70,6 +71,8 @@ extern "C" int tematicaRenderFile(const TematicaRenderRequest* request)
         if (themes.empty())
             themes = embedded::visibleThemes(*request->library);
         embedded::MapContent content = embedded::mapContent(*request->library, themes);
+        if (embedded::Library::of(request->library)->failedRead())
+            return 2;
         content.legend = request->legend;
         const QSize size(request->width, request->height);
         const embedded::Box asked { request->minX, request->minY, request->maxX, request->maxY };

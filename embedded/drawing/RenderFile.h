@@ -11,7 +11,7 @@ class CTheme;
 /// without Qt must not bring Qt along.
 struct TematicaRenderRequest {
     gis::CLibGis* library = nullptr;
-    gis::CTheme* const* themes = nullptr; // null: the visible ones
+    gis::CTheme* const* themes = nullptr; // null: the visible ones, which are chosen here only
     int themeCount = 0;
     const char* path = nullptr; // of the .png
     int width = 1600;
@@ -25,5 +25,6 @@ struct TematicaRenderRequest {
 };
 
 /// Draws a map into a file, which is put in its place whole. 0 when done; 1 when it could not be
-/// written.
+/// written; 2 when the library could not be read (Library::failedRead tells why): entities that a
+/// damaged page held must not pass for none.
 extern "C" int tematicaRenderFile(const TematicaRenderRequest* request);

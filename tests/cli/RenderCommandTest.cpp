@@ -71,6 +71,29 @@ TEST_F(RenderCommandTest, ThemesABoxAndALegendChangeThePicture)
     EXPECT_EQ(picture({}), all) << "the same map is the same picture";
 }
 
+TEST_F(RenderCommandTest, ThemesThatAreNotVisibleAreDrawnWhereTheyAreNamed)
+{
+    const std::string roads = "table T (A text); rows T: ('x') ('y');"
+                              "theme Vie: points 2d on T; ents Vie: 0 [1 2];"
+                              "theme Case: polygons 2d on T%;"
+                              "ents Case: 1 [0 0, 0 9, 9 9, 9 0, 0 0]";
+    const auto picture = [&](const std::string& mark, std::vector<std::string> options) {
+        std::string notation = roads;
+        notation.replace(notation.find('%'), 1, mark);
+        std::vector<std::string> words { "render", m_folder.library("roads.gpkg", notation),
+            "--output", m_png, "--size", "200x200", "--bbox", "-5,-5,15,15" };
+        words.insert(words.end(), options.begin(), options.end());
+        const auto outcome = run(words);
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+        return contents(m_png);
+    };
+    const std::string both = picture("", {});
+    const std::string only = picture("", { "--theme", "Vie" });
+    ASSERT_NE(both, only);
+    EXPECT_EQ(picture(" hidden", {}), only);
+    EXPECT_EQ(picture(" hidden", { "--theme", "Vie", "--theme", "Case" }), both);
+}
+
 TEST_F(RenderCommandTest, WhatCannotBeDrawnIsSaidAndNothingIsWritten)
 {
     const auto theme = run({ "render", m_town, "--output", m_png, "--theme", "Boschi" });

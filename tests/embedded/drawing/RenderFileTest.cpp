@@ -74,6 +74,20 @@ TEST_F(RenderFileTest, AVariableThatWasNotSetIsNotSetAfterwards)
     EXPECT_FALSE(qEnvironmentVariableIsSet(Platform)) << "also when it fails";
 }
 
+TEST_F(RenderFileTest, WithoutAListTheVisibleThemesAreDrawn)
+{
+    gis::CTheme* theme = library->GetTheme(0);
+    ASSERT_EQ(tematicaRenderFile(&request), 0);
+    const QImage whole = drawn();
+    library->SetThemeVisible(theme, false);
+    ASSERT_EQ(tematicaRenderFile(&request), 0);
+    EXPECT_NE(drawn(), whole) << "it is not seen";
+    request.themes = &theme;
+    request.themeCount = 1;
+    ASSERT_EQ(tematicaRenderFile(&request), 0);
+    EXPECT_EQ(drawn(), whole) << "it is asked for";
+}
+
 TEST_F(RenderFileTest, ABoxThatIsAskedForFillsThePictureToItsEdges)
 {
     request.hasBox = true;
