@@ -17,6 +17,7 @@
 #include <QPointer>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <QThread>
 #include <QThreadPool>
 #include <QUuid>
 
@@ -24,6 +25,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -32,6 +34,7 @@ namespace app {
 namespace {
 
 const QString Suffix = QStringLiteral(".gpkg");
+constexpr int LockAttempts = 10;
 
 QString folder()
 {
@@ -51,27 +54,59 @@ QString lockOf(const QString& path)
     return path + QStringLiteral(".lock");
 }
 
-/// A descriptor of the file, locked; -1 while another has it. Process numbers come again, locks
-/// end with their process.
-int lockFile(const QString& path)
+/// Whether the open file is still the one of that name.
+bool isFileAt(int file, const QByteArray& path)
 {
-    const int file
-        = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (file >= 0 && ::flock(file, LOCK_EX | LOCK_NB) == 0)
-        return file;
-    if (file >= 0)
-        ::close(file);
-    return -1;
+    struct stat opened { };
+    struct stat named { };
+    return ::fstat(file, &opened) == 0 && ::stat(path.constData(), &named) == 0
+        && opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
-bool isInUse(const QString& path)
+/// A descriptor of the file, locked; -1 while another has it. Process numbers come again, locks
+/// end with their process.
+int lockFile(const QByteArray& path)
 {
-    if (!QFile::exists(lockOf(path)))
-        return false;
-    const int lock = lockFile(lockOf(path));
-    if (lock >= 0)
-        ::close(lock);
-    return lock < 0;
+    for (;;) {
+        const int file = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        if (file < 0)
+            return -1;
+        if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
+            ::close(file);
+            return -1;
+        }
+        if (isFileAt(file, path))
+            return file;
+        ::close(file); // who had it has removed it meanwhile: such a lock tells nobody anything
+    }
+}
+
+/// The lock of a copy for a scope, so that nobody takes it between a look and what follows.
+class HeldLock final {
+public:
+    explicit HeldLock(const QString& copy)
+        : m_path(QFile::encodeName(lockOf(copy)))
+        , m_file(lockFile(m_path))
+    {
+    }
+    HeldLock(const HeldLock&) = delete;
+    HeldLock& operator=(const HeldLock&) = delete;
+    ~HeldLock()
+    {
+        if (m_file >= 0)
+            ::close(m_file);
+    }
+    [[nodiscard]] bool isHeld() const { return m_file >= 0; }
+    void removeFile() const { ::unlink(m_path.constData()); }
+
+private:
+    QByteArray m_path;
+    int m_file;
+};
+
+bool isInUse(const QString& copy)
+{
+    return QFile::exists(lockOf(copy)) && !HeldLock(copy).isHeld();
 }
 
 void removeCopy(const QString& path)
@@ -113,8 +148,20 @@ QString Recovery::path() const
 
 bool Recovery::holdLock()
 {
-    if (m_lock < 0 && QDir().mkpath(folder()))
-        m_lock = lockFile(lockOf(path()));
+    const QByteArray name = QFile::encodeName(lockOf(path()));
+    if (m_lock >= 0 && isFileAt(m_lock, name))
+        return true;
+    if (m_lock >= 0)
+        ::close(m_lock); // somebody has emptied the folder
+    m_lock = -1;
+    if (!QDir().mkpath(folder()))
+        return false;
+    // Another program may have it for the moment in which it looks whether anybody has.
+    for (int i = 0; i < LockAttempts && m_lock < 0; ++i) {
+        if (i > 0)
+            QThread::msleep(1);
+        m_lock = lockFile(name);
+    }
     return m_lock >= 0;
 }
 
@@ -136,8 +183,11 @@ std::vector<RecoveryFile> Recovery::leftBehind()
 
 void Recovery::discard(const RecoveryFile& file)
 {
+    const HeldLock lock(file.path);
+    if (!lock.isHeld())
+        return;
     removeCopy(file.path);
-    QFile::remove(lockOf(file.path));
+    lock.removeFile();
 }
 
 void Recovery::replaces(const RecoveryFile& file)
@@ -158,17 +208,18 @@ void Recovery::forget()
     discardReplaced();
     if (!m_isWriting)
         releaseLock();
-    m_isWanted = false;
+    m_waiting.reset();
     if (m_isForgotten)
         *m_isForgotten = true;
     removeCopy(path());
+    takeFailureBack(); // there is nothing to protect
 }
 
 /// Another library: its changes are counted anew, and the copy of the one before is of no use.
 void Recovery::onOpened()
 {
     m_writtenPosition.reset();
-    m_isWanted = false;
+    m_waiting.reset();
     m_isFailureTold = false; // told anew of this library's work
     if (m_isForgotten)
         *m_isForgotten = true;
@@ -181,11 +232,29 @@ void Recovery::onChanged()
         forget();
         return;
     }
-    if (m_writtenPosition == m_document.changes().Position())
-        return; // the act changed nothing
-    m_isWanted = true;
-    if (!m_isWriting)
-        write();
+    const std::uint64_t position = m_document.changes().Position();
+    if (m_writtenPosition == position) { // the act changed nothing, or was taken back
+        m_waiting.reset();
+        return;
+    }
+    if (m_waiting && m_waiting->position == position)
+        return;
+    // Now, also while another copy is being written: when that is done, the next act may be half
+    // done, and last for as long as a dialog is open.
+    std::shared_ptr<gis::CLibGis> library;
+    try {
+        library = embedded::cloneLibrary(*embedded::Library::of(&m_document.library()));
+    } catch (const std::bad_alloc&) { // told like a copy that could not be written
+    }
+    if (!library) {
+        tellFailure();
+        return;
+    }
+    Copy copy { std::move(library), m_document.path(), position };
+    if (m_isWriting)
+        m_waiting = std::move(copy);
+    else
+        write(std::move(copy));
 }
 
 /// What a program left that ended while it wrote: parts of a copy, and locks and notes without one.
@@ -195,8 +264,11 @@ void Recovery::sweep()
     for (const QFileInfo& info :
         copies.entryInfoList({ QStringLiteral("*.lock") }, QDir::Files | QDir::Hidden)) {
         const QString copy = info.filePath().chopped(5);
-        if (!QFile::exists(copy) && !isInUse(copy))
-            discard({ copy, {}, {} });
+        const HeldLock lock(copy);
+        if (!lock.isHeld() || QFile::exists(copy))
+            continue;
+        removeCopy(copy);
+        lock.removeFile();
     }
     // The names of such parts carry the number of the program that wrote them.
     static const QRegularExpression part(QStringLiteral("^\\.tematica-(\\d+)-\\d+\\.tmp"));
@@ -208,38 +280,31 @@ void Recovery::sweep()
     }
 }
 
-void Recovery::write()
+void Recovery::write(Copy copy)
 {
-    m_isWanted = false;
-    std::shared_ptr<gis::CLibGis> copy;
-    try {
-        copy = embedded::cloneLibrary(*embedded::Library::of(&m_document.library()));
-    } catch (const std::bad_alloc&) { // told like a copy that could not be written
-    }
-    if (!copy || !holdLock()) {
+    if (!holdLock()) {
         tellFailure();
         return;
     }
     m_isWriting = true;
-    m_writtenPosition = m_document.changes().Position();
+    m_writtenPosition = copy.position;
     m_isForgotten = std::make_shared<std::atomic<bool>>(false);
-    QThreadPool::globalInstance()->start(
-        [self = QPointer<Recovery>(this), copy, target = path(), original = m_document.path(),
-            forgotten = m_isForgotten] {
-            CIniFile(kit::fromQt(noteOf(target)))
-                .WriteString("Recovery", "OriginalPath", kit::fromQt(original));
-            bool isWritten = false;
-            try {
-                isWritten = embedded::saveLibraryCopy(*copy, target.toStdString()).ok();
-            } catch (const std::exception&) { // out of memory
-            }
-            if (*forgotten)
-                removeCopy(target);
-            QMetaObject::invokeMethod(qApp, [self, isWritten] {
-                if (self)
-                    self->onWritten(isWritten);
-            });
+    QThreadPool::globalInstance()->start([self = QPointer<Recovery>(this), copy = std::move(copy),
+                                             target = path(), forgotten = m_isForgotten] {
+        CIniFile(kit::fromQt(noteOf(target)))
+            .WriteString("Recovery", "OriginalPath", kit::fromQt(copy.originalPath));
+        bool isWritten = false;
+        try {
+            isWritten = embedded::saveLibraryCopy(*copy.library, target.toStdString()).ok();
+        } catch (const std::exception&) { // out of memory
+        }
+        if (*forgotten)
+            removeCopy(target);
+        QMetaObject::invokeMethod(qApp, [self, isWritten] {
+            if (self)
+                self->onWritten(isWritten);
         });
+    });
 }
 
 void Recovery::onWritten(bool isWritten)
@@ -251,11 +316,10 @@ void Recovery::onWritten(bool isWritten)
         m_writtenPosition.reset(); // the next act tries again
         tellFailure();
     }
-    if (isWritten && std::exchange(m_isFailureTold, false))
-        Q_EMIT protectedAgain();
-    // In the middle of an act the library is half changed; the end of the act asks again.
-    if (m_isWanted && !m_document.changes().IsStepOpen())
-        write();
+    if (isWritten)
+        takeFailureBack();
+    if (auto next = std::exchange(m_waiting, std::nullopt))
+        write(*std::move(next));
     else if (*m_isForgotten)
         releaseLock();
 }
@@ -264,6 +328,12 @@ void Recovery::tellFailure()
 {
     if (!std::exchange(m_isFailureTold, true))
         Q_EMIT failed();
+}
+
+void Recovery::takeFailureBack()
+{
+    if (std::exchange(m_isFailureTold, false))
+        Q_EMIT protectedAgain();
 }
 
 } // namespace app

@@ -11,6 +11,10 @@
 #include <optional>
 #include <vector>
 
+namespace gis {
+class CLibGis;
+}
+
 namespace app {
 
 class Document;
@@ -35,6 +39,7 @@ public:
 
     /// Copies whose program runs no more.
     [[nodiscard]] static std::vector<RecoveryFile> leftBehind();
+    /// Nothing while a program holds it.
     static void discard(const RecoveryFile& file);
     /// The document holds that file's work now: it goes when a copy of its own is written, or
     /// saved.
@@ -48,15 +53,22 @@ public:
 Q_SIGNALS:
     /// A copy cannot be written; told once until one is written again.
     void failed();
-    /// A copy was written again after that.
+    /// A copy was written again after that, or nothing is unsaved any more.
     void protectedAgain();
 
 private:
+    /// The work as it was at the end of an act.
+    struct Copy {
+        std::shared_ptr<gis::CLibGis> library;
+        QString originalPath;
+        std::uint64_t position = 0; // of the changes
+    };
     static void sweep();
     void onOpened();
     void onChanged();
     void tellFailure();
-    void write();
+    void takeFailureBack();
+    void write(Copy copy);
     void onWritten(bool isWritten);
     void discardReplaced();
     bool holdLock();
@@ -66,9 +78,9 @@ private:
     const QString m_name; // of the copy, without folder; never given twice
     int m_lock = -1; // an open file that this process has locked
     std::optional<std::uint64_t> m_writtenPosition; // of the changes that the copy holds
+    std::optional<Copy> m_waiting; // until the one before is written; only the newest
     std::vector<RecoveryFile> m_replaced;
     bool m_isWriting = false;
-    bool m_isWanted = false;
     bool m_isFailureTold = false;
     std::shared_ptr<std::atomic<bool>>
         m_isForgotten; // of the copy being written: it must not come back

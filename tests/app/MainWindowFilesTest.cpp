@@ -312,6 +312,23 @@ TEST_F(MainWindowFilesTest, ItIsSeenWhileNoRecoveryCopyCanBeWritten)
     EXPECT_TRUE(QFileInfo(copy).isFile());
 }
 
+TEST_F(MainWindowFilesTest, WorkThatIsSavedIsNotSaidToBeUnprotected)
+{
+    auto* label = window.findChild<QLabel*>(QStringLiteral("unprotected"));
+    const QString copy = window.recovery().path();
+    ASSERT_TRUE(QDir().mkpath(copy));
+    renameTable(window.document(), "A");
+    ASSERT_TRUE(waitFor([&] { return label->isVisible() && !window.recovery().isWriting(); }));
+
+    ASSERT_TRUE(window.save());
+    EXPECT_FALSE(label->isVisible()) << "nothing is unsaved";
+
+    renameTable(window.document(), "B");
+    EXPECT_TRUE(waitFor([&] { return label->isVisible() && !window.recovery().isWriting(); }))
+        << "it cannot be written still";
+    QDir().rmdir(copy);
+}
+
 TEST_F(MainWindowFilesTest, AnotherLibraryIsNotSaidToBeUnprotected)
 {
     auto* label = window.findChild<QLabel*>(QStringLiteral("unprotected"));
