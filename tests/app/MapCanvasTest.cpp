@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QElapsedTimer>
 #include <QPainter>
 #include <QSignalSpy>
@@ -240,6 +241,60 @@ TEST_F(MapCanvasTest, TheLastPictureStaysUntilTheNextIsReady)
     EXPECT_EQ(meanwhile.pixelColor(place - QPoint(20, 0)), first.pixelColor(place));
     EXPECT_EQ(ready.count(), 0) << "nothing waited for the drawing";
     EXPECT_TRUE(waitFor([&] { return !canvas.isDrawing(); }));
+}
+
+/// What the map would draw for its view, without a window.
+QImage drawnFor(const app::MapCanvas& map)
+{
+    const double ratio = map.devicePixelRatioF();
+    embedded::MapContent content = *map.content();
+    for (embedded::ThemeLayer& layer : content.layers)
+        layer.symbol = layer.symbol.scaled(ratio);
+    embedded::MapView view = map.view();
+    view.size = (QSizeF(view.size) * ratio).toSize();
+    view.unitsPerPixel /= ratio;
+    return embedded::renderMap(content, view, false).convertToFormat(QImage::Format_RGB32);
+}
+
+/// What a window gives to the screen, pixel by pixel (a grab has a ratio of its own).
+QImage pixelsOf(QWidget& window)
+{
+    window.repaint();
+    auto* device = window.backingStore() ? window.backingStore()->paintDevice() : nullptr;
+    if (!device || device->devType() != QInternal::Image)
+        return {};
+    return static_cast<QImage*>(device)->convertToFormat(QImage::Format_RGB32);
+}
+
+/// Also where the screen's pixels are no whole number a unit (QT_SCALE_FACTOR, with which ctest
+/// runs this too) and the widget begins and ends within one.
+TEST_F(MapCanvasTest, ThePictureIsSharpOnEveryScreen)
+{
+    QWidget window;
+    window.resize(450, 350);
+    auto* map = new app::MapCanvas(&window);
+    map->setGeometry(13, 7, 401, 303);
+    map->setContent(canvas.content());
+    window.show();
+    const double ratio = map->devicePixelRatioF();
+    const double unitsPerPixel[] = { 0.4, 0.37, 1.0 / 3, 0.123 };
+    for (const double units : unitsPerPixel) {
+        map->setView({ 50, 50, units, map->size() });
+        ASSERT_TRUE(waitFor([&] { return !map->isDrawing(); }));
+        const QImage drawn = drawnFor(*map);
+        const QImage seen = pixelsOf(window);
+        ASSERT_FALSE(seen.isNull());
+        // Pixel for pixel, beside the widget's corner.
+        const QRect inner = drawn.rect().adjusted(2, 2, -2, -2);
+        bool isSame = false;
+        for (const int dx : { 0, 1 })
+            for (const int dy : { 0, 1 }) {
+                const QPoint corner(
+                    static_cast<int>(13 * ratio) + dx, static_cast<int>(7 * ratio) + dy);
+                isSame = isSame || seen.copy(inner.translated(corner)) == drawn.copy(inner);
+            }
+        EXPECT_TRUE(isSame) << units << " units a pixel, ratio " << ratio;
+    }
 }
 
 TEST_F(MapCanvasTest, AMillionPointsNeverHoldUpTheWindow)
