@@ -69,6 +69,7 @@ void Document::adopt(std::unique_ptr<gis::CLibGis> library,
     implementation(*m_library)
         .setExtension(gis::FeedbackExtension, static_cast<gis::IFeedback*>(this));
     implementation(*m_library).setProgress(&m_progress);
+    m_progress.setFailureTold(false);
     m_entityCounts = entityCounts();
     Q_EMIT opened();
     Q_EMIT changed();
@@ -149,6 +150,8 @@ embedded::Result<void> Document::save()
 {
     auto saved = embedded::saveLibrary(*m_library);
     m_progress.finish();
+    if (!saved)
+        static_cast<void>(takeUntoldFailure()); // the caller tells why it was not saved
     Q_EMIT changed();
     return saved;
 }
@@ -161,9 +164,20 @@ embedded::Result<void> Document::saveAs(const QString& path)
         m_path = path;
         m_isReadOnly = false;
         m_isRecovered = false;
+    } else {
+        static_cast<void>(takeUntoldFailure());
     }
     Q_EMIT changed();
     return saved;
+}
+
+std::optional<embedded::Error> Document::takeUntoldFailure()
+{
+    const embedded::Error* failed = implementation(*m_library).failedRead();
+    if (!failed || m_progress.isFailureTold())
+        return std::nullopt;
+    m_progress.setFailureTold(true);
+    return *failed;
 }
 
 embedded::Result<void> Document::importShapefile(const QString& path)

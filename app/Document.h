@@ -17,6 +17,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -65,17 +66,27 @@ public:
     embedded::Result<void> openRecovered(const QString& recoveryPath, const QString& originalPath);
     embedded::Result<void> save();
     embedded::Result<void> saveAs(const QString& path);
+    /// Why something of the library could not be read (it shows as if it were not there): once for
+    /// a library, and not where it was told already.
+    std::optional<embedded::Error> takeUntoldFailure();
     /// Through the host's function; a clash of names is refused. The library's last report has the
     /// findings.
     embedded::Result<void> importShapefile(const QString& path);
 
-    /// One user act: opens a step, runs it, tells the window what changed.
+    /// One user act: opens a step, runs it, tells the window what changed. Of an act that ends by
+    /// an exception, what was done is a step as well, and is shown as soon as events are handled
+    /// again.
     template <typename Act> void act(const QString& name, const Act& run)
     {
-        m_changes->BeginStep(orv::String(name.toUtf8().constData()));
-        run();
-        m_progress.finish();
-        m_changes->EndStep();
+        try {
+            const orv::ChangeStep step(m_changes.get(), orv::String(name.toUtf8().constData()));
+            run();
+            m_progress.finish();
+        } catch (...) {
+            m_progress.finish();
+            QMetaObject::invokeMethod(this, &Document::afterChange, Qt::QueuedConnection);
+            throw;
+        }
         afterChange();
     }
     void undo();

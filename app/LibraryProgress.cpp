@@ -32,6 +32,7 @@ void LibraryProgress::finish()
 void LibraryProgress::failed(const embedded::Error& error)
 {
     finish();
+    m_isFailureTold = true;
     FMessageBox(nullptr, errorText(error), QStringLiteral("Tematica"), kit::BoxIcon::Exclamation,
         kit::BoxButtons::Ok);
 }

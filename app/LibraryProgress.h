@@ -25,10 +25,14 @@ public:
     /// The work has ended, however: what is shown goes.
     void finish() override;
     void failed(const embedded::Error& error) override;
+    /// Whether a failure of the open library has been told, here or by others.
+    [[nodiscard]] bool isFailureTold() const { return m_isFailureTold; }
+    void setFailureTold(bool isTold) { m_isFailureTold = isTold; }
 
 private:
     std::unique_ptr<kit::Progress> m_shown;
     double m_last = 0;
+    bool m_isFailureTold = false;
 };
 
 } // namespace app

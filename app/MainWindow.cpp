@@ -74,6 +74,7 @@ MainWindow::MainWindow()
         m_identify->show(entity);
         m_document.setSelected(
             entity ? std::vector<gis::CEnt*> { entity } : std::vector<gis::CEnt*> {});
+        tellFailedRead();
     });
     connect(m_canvas, &MapCanvas::opened, this, &MainWindow::showEntityForm);
     connect(m_canvas, &MapCanvas::cursorMoved, this, [this](double x, double y) {
@@ -146,7 +147,22 @@ void MainWindow::tellDone(const QString& text)
 
 void MainWindow::tell(const embedded::Error& error)
 {
-    FMessageBox(this, errorText(error), Caption, kit::BoxIcon::Exclamation, kit::BoxButtons::Ok);
+    tellText(errorText(error));
+}
+
+void MainWindow::tellText(const QString& text)
+{
+    FMessageBox(this, text, Caption, kit::BoxIcon::Exclamation, kit::BoxButtons::Ok);
+}
+
+/// What cannot be read is missing on the map or in the panel, and must not pass for what was never
+/// there.
+void MainWindow::tellFailedRead()
+{
+    // When what goes on now has ended: it may be an act, or the opening of the file.
+    if (auto failure = m_document.takeUntoldFailure())
+        QMetaObject::invokeMethod(
+            this, [this, error = *std::move(failure)] { tell(error); }, Qt::QueuedConnection);
 }
 
 void MainWindow::tellFindings(const embedded::Report& report, const QString& done)
@@ -210,7 +226,7 @@ bool MainWindow::save()
     const kit::WaitCursor wait;
     const auto saved = m_document.save();
     if (!saved) {
-        tell(saved.error());
+        tellText(saveErrorText(saved.error()));
         return false;
     }
     tellDone(QStringLiteral("Salvato %1").arg(m_document.title()));
@@ -235,8 +251,7 @@ bool MainWindow::saveAs()
         saved = m_document.saveAs(*path);
     }
     if (!saved) {
-        FMessageBox(this, saveAsErrorText(saved.error()), Caption, kit::BoxIcon::Exclamation,
-            kit::BoxButtons::Ok);
+        tellText(saveAsErrorText(saved.error()));
         return false;
     }
     RecentFiles::add(*path);
@@ -320,6 +335,7 @@ void MainWindow::onChanged()
     refreshMarks();
     refreshTitle();
     refreshActions();
+    tellFailedRead();
 }
 
 void MainWindow::refreshMarks()

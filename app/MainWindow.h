@@ -69,6 +69,8 @@ private:
     void chooseAndOpen();
     void chooseAndImport();
     void tell(const embedded::Error& error);
+    void tellText(const QString& text);
+    void tellFailedRead();
     void tellDone(const QString& text);
     void tellFindings(const embedded::Report& report, const QString& done);
     /// Runs an exported dialog function as one step named after the dialog.

@@ -4,6 +4,7 @@
 
 #include <QStringList>
 
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -26,7 +27,8 @@ QString sentenceOf(ErrorCode code)
     case ErrorCode::FileNotFound:
         return QStringLiteral("Il file \"%1\" non esiste. Controllare il percorso.");
     case ErrorCode::NotAFile:
-        return QStringLiteral("\"%1\" è una cartella: scegliere un file.");
+        return QStringLiteral(
+            "\"%1\" è una cartella o un dispositivo, non un file: scegliere un file.");
     case ErrorCode::NoPermission:
         return QStringLiteral("Non si hanno i permessi per leggere \"%1\".");
     case ErrorCode::ReadFailed:
@@ -355,13 +357,30 @@ QString errorText(const embedded::Error& error)
     return filled(sentenceOf(error.code), { utf8(error.subject), detailOf(error) });
 }
 
+QString saveErrorText(const embedded::Error& error)
+{
+    if (error.code != ErrorCode::Internal)
+        return errorText(error);
+    return filled(QStringLiteral("La libreria non è stata salvata%2: chiudere altri programmi e "
+                                 "riprovare, o salvarla con un altro nome."),
+        { utf8(error.subject), detailOf(error) });
+}
+
 QString saveAsErrorText(const embedded::Error& error)
 {
     if (error.code != ErrorCode::ReadOnly && error.code != ErrorCode::NoPermission)
-        return errorText(error);
+        return saveErrorText(error);
     return filled(QStringLiteral("Non si hanno i permessi per scrivere \"%1\": scegliere un'altra "
                                  "cartella o un altro nome."),
         { utf8(error.subject) });
+}
+
+QString unhandledText(const std::exception& problem)
+{
+    if (dynamic_cast<const std::bad_alloc*>(&problem))
+        return QStringLiteral("Operazione non riuscita: memoria insufficiente.\n"
+                              "Chiudere altri programmi o salvare il lavoro e riavviare.");
+    return errorText({ ErrorCode::Internal, {}, problem.what() });
 }
 
 QString findingText(const embedded::Finding& finding)

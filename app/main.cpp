@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
 #include "app/MainWindow.h"
+#include "app/Words.h"
 #include "kit/MessageBox.h"
 
 #include <QApplication>
@@ -12,8 +13,8 @@
 
 namespace {
 
-/// What no slot handled (memory that is not there) must not end the program: the work goes on as it
-/// was.
+/// What no slot handled (memory that is not there, say) must not end the program: the work goes on
+/// as it was.
 class Application final : public QApplication {
 public:
     using QApplication::QApplication;
@@ -21,11 +22,9 @@ public:
     {
         try {
             return QApplication::notify(receiver, event);
-        } catch (const std::exception&) {
-            FMessageBox(activeWindow(),
-                QStringLiteral("Operazione non riuscita: memoria insufficiente.\n"
-                               "Chiudere altri programmi o salvare il lavoro e riavviare."),
-                QStringLiteral("Tematica"), kit::BoxIcon::Exclamation, kit::BoxButtons::Ok);
+        } catch (const std::exception& problem) {
+            FMessageBox(activeWindow(), app::unhandledText(problem), QStringLiteral("Tematica"),
+                kit::BoxIcon::Exclamation, kit::BoxButtons::Ok);
             return true;
         }
     }

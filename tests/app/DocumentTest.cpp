@@ -14,6 +14,8 @@
 #include <QSignalSpy>
 #include <QTimer>
 
+#include <stdexcept>
+
 namespace {
 
 using app::Document;
@@ -181,6 +183,29 @@ TEST_F(DocumentTest, MarksGoWhenTheirEntitiesMayBeGone)
     EXPECT_TRUE(document.highlight().selected.empty());
     EXPECT_TRUE(document.highlight().found.empty());
     EXPECT_EQ(document.highlight().current, nullptr);
+}
+
+TEST_F(DocumentTest, AnActThatEndsByAnExceptionIsAStepThatIsShownAndCanBeTakenBack)
+{
+    openTown(document, path);
+    const QSignalSpy changed(&document, &Document::changed);
+    EXPECT_THROW(document.act(QStringLiteral("Scrittura"),
+                     [&] {
+                         document.library().SetTableName(document.library().GetTable(0), "Mezza");
+                         throw std::runtime_error("in the middle");
+                     }),
+        std::runtime_error);
+    EXPECT_FALSE(document.changes().IsStepOpen());
+    ASSERT_TRUE(document.changes().CanUndo());
+    EXPECT_EQ(document.changes().UndoName(), orv::String("Scrittura"));
+    EXPECT_TRUE(waitFor([&] { return changed.count() == 1; }));
+
+    writeCell("nuovo"); // a step of its own
+    document.undo();
+    EXPECT_EQ(tableName(document), QStringLiteral("Mezza"));
+    document.undo();
+    EXPECT_EQ(tableName(document), QStringLiteral("T"));
+    EXPECT_TRUE(document.isSaved());
 }
 
 /// Long work of the library shows itself and can be stopped; then nothing has happened.

@@ -6,6 +6,9 @@
 
 #include <QRegularExpression>
 
+#include <new>
+#include <stdexcept>
+
 namespace {
 
 using embedded::ErrorCode;
@@ -174,6 +177,30 @@ TEST(WordsTest, ANameThatCannotBeSavedUnderAsksForAnotherPlace)
     }
     const embedded::Error full { ErrorCode::DiskFull, "a.gpkg", {} };
     EXPECT_EQ(app::saveAsErrorText(full), app::errorText(full));
+}
+
+/// "Save the work" is no help to somebody who could not save it.
+TEST(WordsTest, ASaveThatFailedForNoKnownReasonDoesNotAskForASave)
+{
+    for (const char* detail : { "", "out of memory", "an entity without a row" }) {
+        const embedded::Error error { ErrorCode::Internal, "a.gpkg", detail };
+        const std::string text = app::saveErrorText(error).toStdString();
+        expectWhole(text);
+        EXPECT_EQ(text.find("salvare il lavoro"), std::string::npos) << text;
+        EXPECT_NE(text.find("con un altro nome."), std::string::npos) << text;
+        EXPECT_EQ(app::saveAsErrorText(error).toStdString(), text);
+    }
+    const embedded::Error full { ErrorCode::DiskFull, "a.gpkg", {} };
+    EXPECT_EQ(app::saveErrorText(full), app::errorText(full));
+}
+
+TEST(WordsTest, OnlyMemoryThatIsNotThereIsToldAsSuch)
+{
+    EXPECT_EQ(app::unhandledText(std::bad_alloc()).toStdString(),
+        "Operazione non riuscita: memoria insufficiente.\n"
+        "Chiudere altri programmi o salvare il lavoro e riavviare.");
+    EXPECT_EQ(app::unhandledText(std::out_of_range("vector::at")).toStdString(),
+        "Operazione non riuscita: salvare il lavoro e riavviare il programma.");
 }
 
 } // namespace
