@@ -47,7 +47,7 @@ protected:
                     += ", " + std::to_string(i) + (row == 1 && i == 2000 ? " 123456.75" : " 0");
             notation += "]";
         }
-        const QString name = folder.file(QStringLiteral("guasta.gpkg"));
+        QString name = folder.file(QStringLiteral("guasta.gpkg"));
         app::Document document;
         openTown(document, name, notation);
         document.startNew();
