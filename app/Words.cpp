@@ -156,6 +156,9 @@ QString lineOf(FindingCode code)
         return QStringLiteral("Il campo \"%1\" nel file si chiama \"%2\".");
     case FindingCode::TextCut:
         return QStringLiteral("%3 testi del campo \"%1\" sono stati troncati.");
+    case FindingCode::TextReplaced:
+        return QStringLiteral("%3 testi del campo \"%1\" contengono byte non validi in UTF-8: "
+                              "nel file sono scritti come \"?\".");
     case FindingCode::NumberCut:
         return QStringLiteral("%3 numeri del campo \"%1\" non entrano nella colonna.");
     case FindingCode::NumberRounded:
@@ -228,6 +231,9 @@ QString lineOfOne(FindingCode code)
         return QStringLiteral("Una misura M non è stata conservata.");
     case FindingCode::TextCut:
         return QStringLiteral("Un testo del campo \"%1\" è stato troncato.");
+    case FindingCode::TextReplaced:
+        return QStringLiteral("Un testo del campo \"%1\" contiene byte non validi in UTF-8: "
+                              "nel file sono scritti come \"?\".");
     case FindingCode::NumberCut:
         return QStringLiteral("Un numero del campo \"%1\" non entra nella colonna.");
     case FindingCode::NumberRounded:

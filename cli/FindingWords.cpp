@@ -62,6 +62,8 @@ std::string_view word(embedded::FindingCode code)
         return "field-name-cut";
     case FindingCode::TextCut:
         return "text-cut";
+    case FindingCode::TextReplaced:
+        return "text-replaced";
     case FindingCode::NumberCut:
         return "number-cut";
     case FindingCode::NumberRounded:

@@ -141,8 +141,10 @@ const char* pattern(FindingCode code)
         return "field {subject} is named {detail} in the file";
     case FindingCode::TextCut:
         return "field {subject}: {count} texts were cut; a column holds neither more than its "
-               "width nor "
-               "blanks at the end";
+               "width nor blanks at the end";
+    case FindingCode::TextReplaced:
+        return "field {subject}: {count} texts hold bytes that are no UTF-8; each such byte is "
+               "written as \"?\"";
     case FindingCode::NumberCut:
         return "field {subject}: {count} numbers do not fit the column and were left out";
     case FindingCode::NumberRounded:
@@ -159,8 +161,7 @@ const char* pattern(FindingCode code)
         return "a {detail} coordinate of 0 was added";
     case FindingCode::ShapesNotWritten:
         return "{count} shapes hold coordinates that are no numbers; their records are written "
-               "without "
-               "a shape";
+               "without a shape";
     case FindingCode::CellsConverted:
         return "field {subject}: {count} values were converted";
     case FindingCode::CellsUnchanged:

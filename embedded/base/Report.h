@@ -44,6 +44,7 @@ enum class FindingCode {
     // export
     FieldNameCut, // subject: field; detail: name in the file
     TextCut, // subject: field; count
+    TextReplaced, // subject: field; count: texts with bytes that are no UTF-8, written as "?"
     NumberCut, // subject: field; count: numbers that do not fit the column, left out
     NumberRounded, // subject: field; count: numbers written with fewer digits than they have
     DateCut, // subject: field; count: dates outside the years 1 to 9999

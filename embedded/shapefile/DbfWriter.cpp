@@ -148,7 +148,7 @@ public:
     void tell(Report& report) const
     {
         tell(report, FindingCode::NumberRounded, m_rounded);
-        tell(report, FindingCode::TextInvalid, m_invalid);
+        tell(report, FindingCode::TextReplaced, m_invalid);
         const bool isDate = m_layout.type == 'D';
         tell(report,
             m_layout.type == 'C' ? FindingCode::TextCut

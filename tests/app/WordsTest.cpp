@@ -137,6 +137,16 @@ TEST(WordsTest, OneThingIsNotToldAsSeveral)
         "Il file .dbf contiene una riga, l'intestazione ne dichiara 7.");
 }
 
+TEST(WordsTest, WhatAnExportReplacedIsNotToldAsAnImportsFault)
+{
+    EXPECT_EQ(told(FindingCode::TextReplaced, 3),
+        "3 testi del campo \"SOGGETTO\" contengono byte non validi in UTF-8: nel file sono "
+        "scritti come \"?\".");
+    EXPECT_EQ(told(FindingCode::TextReplaced, 1),
+        "Un testo del campo \"SOGGETTO\" contiene byte non validi in UTF-8: nel file sono "
+        "scritti come \"?\".");
+}
+
 TEST(WordsTest, FurtherFaultsOfAKindAreCounted)
 {
     const std::string first

@@ -163,9 +163,9 @@ TEST_F(ShapefileExportFindingsTest, BytesThatAreNoTextBecomeQuestionMarks)
     for (std::size_t row = 0; row < written.size(); ++row)
         EXPECT_EQ(written[row].substr(0, written[row].find_last_not_of(' ') + 1), texts[row].second)
             << row;
-    ASSERT_NE(finding(FindingCode::TextInvalid, "a"), nullptr);
-    EXPECT_EQ(finding(FindingCode::TextInvalid, "a")->count, 7);
-    EXPECT_EQ(finding(FindingCode::TextInvalid, "b"), nullptr);
+    ASSERT_NE(finding(FindingCode::TextReplaced, "a"), nullptr);
+    EXPECT_EQ(finding(FindingCode::TextReplaced, "a")->count, 7);
+    EXPECT_EQ(finding(FindingCode::TextReplaced, "b"), nullptr);
     EXPECT_EQ(finding(FindingCode::TextCut, "a"), nullptr) << "nothing was cut";
 }
 
