@@ -4,11 +4,14 @@
 
 #include "cli/Messages.h"
 
+#include "embedded/store/ReplacedFile.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
+#include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -29,11 +32,45 @@ Json findingJson(const embedded::Finding& finding)
     return json;
 }
 
-mode_t currentUmask()
+using embedded::ErrorCode;
+using embedded::store::failWith;
+
+/// Closes the descriptor, if it is one. `path`: the name for errors.
+void writeAll(int descriptor, std::string_view text, const std::string& path)
 {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return mask;
+    std::FILE* file = descriptor >= 0 ? ::fdopen(descriptor, "wb") : nullptr;
+    const bool isWritten = file && std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    const bool isClosed = file && std::fclose(file) == 0; // some file systems are full only now
+    if (!isWritten || !isClosed)
+        failWith(ErrorCode::WriteFailed, path, std::generic_category().message(errno));
+}
+
+/// Standard output or standard error where the place is one of them (/dev/stdout), whatever it
+/// leads to: put in its place, the report would take the answers' file away. Else -1.
+int standardStream(const struct stat& place)
+{
+    for (const int stream : { STDOUT_FILENO, STDERR_FILENO }) {
+        struct stat open { };
+        if (::fstat(stream, &open) == 0 && open.st_dev == place.st_dev
+            && open.st_ino == place.st_ino)
+            return ::dup(stream);
+    }
+    return -1;
+}
+
+/// Pipes, devices and standard streams: they are written to, never replaced. True when the place
+/// was one of them.
+bool writeStraight(const std::string& path, const std::string& text)
+{
+    struct stat place { };
+    if (::stat(path.c_str(), &place) != 0)
+        return false;
+    const int stream = standardStream(place);
+    if (stream < 0 && S_ISREG(place.st_mode))
+        return false;
+    writeAll(
+        stream >= 0 ? stream : ::open(path.c_str(), O_WRONLY | O_NOCTTY | O_CLOEXEC), text, path);
+    return true;
 }
 
 } // namespace
@@ -62,20 +99,13 @@ embedded::Result<void> ReportFile::write(const std::string& path) const
     const std::string text
         = Json { { "themes", *m_themes } }.dump(2, ' ', false, Json::error_handler_t::replace)
         + "\n";
-    // A passing name of its own beside the file: nothing of the user's has it.
-    std::string temporary = path + ".XXXXXX";
-    const int descriptor = ::mkstemp(temporary.data());
-    if (descriptor >= 0)
-        static_cast<void>(::fchmod(descriptor, 0666 & ~currentUmask()));
-    std::FILE* file = descriptor >= 0 ? ::fdopen(descriptor, "wb") : nullptr;
-    const bool isWritten = file && std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    const bool isClosed = file && std::fclose(file) == 0;
-    if (isWritten && isClosed && std::rename(temporary.c_str(), path.c_str()) == 0)
-        return {};
-    const std::string reason = std::generic_category().message(errno);
-    if (descriptor >= 0)
-        std::remove(temporary.c_str());
-    return embedded::Error { embedded::ErrorCode::WriteFailed, path, reason };
+    return embedded::store::guarded([&] {
+        if (writeStraight(path, text))
+            return;
+        embedded::store::CReplacedFile file(path, embedded::store::Replaced::PlainFile);
+        writeAll(::open(file.temporaryPath().c_str(), O_WRONLY | O_CLOEXEC), text, path);
+        file.putInPlace();
+    });
 }
 
 } // namespace cli

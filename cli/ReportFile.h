@@ -26,7 +26,9 @@ public:
     /// it was.
     void add(const std::string& theme, const std::string& file, const embedded::Report& report,
         const std::string& failure);
-    /// Written beside the path and put in its place at once.
+    /// Written beside the path and put in its place at once; links are followed, and a file that is
+    /// there gives its rights to the new one. What is no file (a pipe, a device, a standard stream)
+    /// is written to.
     [[nodiscard]] embedded::Result<void> write(const std::string& path) const;
 
 private:

@@ -60,8 +60,9 @@ void syncPath(const std::string& path, int flags, const std::string& subject)
 
 } // namespace
 
-CReplacedFile::CReplacedFile(const std::string& path, bool isOwnFile)
+CReplacedFile::CReplacedFile(const std::string& path, Replaced kind)
     : m_path(followed(path).string())
+    , m_kind(kind)
 {
     const fs::path place(m_path);
     std::error_code problem;
@@ -72,7 +73,7 @@ CReplacedFile::CReplacedFile(const std::string& path, bool isOwnFile)
             failWith(ErrorCode::NotAFile, m_path);
         if (::access(m_path.c_str(), W_OK) != 0)
             failWith(ErrorCode::ReadOnly, m_path);
-        if (!isOwnFile)
+        if (m_kind == Replaced::Library)
             lockPlace();
     }
     makeTemporary();
@@ -132,7 +133,7 @@ void CReplacedFile::lockPlace()
 void CReplacedFile::putInPlace()
 {
     syncPath(m_temporary, O_RDONLY, m_path);
-    if (!m_lock)
+    if (!m_lock && m_kind != Replaced::PlainFile)
         for (const char* tail : { "-journal", "-wal", "-shm" })
             ::unlink((m_path + tail).c_str());
     if (::rename(m_temporary.c_str(), m_path.c_str()) != 0)

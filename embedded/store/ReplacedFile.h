@@ -9,14 +9,20 @@
 
 namespace embedded::store {
 
+/// What stands at the place, or will.
+enum class Replaced {
+    OwnLibrary, // held by this very library, so no lock is asked for
+    Library,
+    PlainFile, // no database: neither a lock nor a journal beside it is its own
+};
+
 /// A file that is made beside its place and put there at once when it is whole, so that the place
 /// never holds half of it. Links are followed; a file that is replaced gives its rights to the new
 /// one. Errors: StoreFailure (FolderNotFound, NotAFile, ReadOnly, LockedForWriting, DiskFull,
 /// WriteFailed). Without `putInPlace` the new file is removed again.
 class CReplacedFile final {
 public:
-    /// `isOwnFile`: the place is held by this very library, so no lock is asked for.
-    CReplacedFile(const std::string& path, bool isOwnFile);
+    CReplacedFile(const std::string& path, Replaced kind);
     CReplacedFile(const CReplacedFile&) = delete;
     CReplacedFile& operator=(const CReplacedFile&) = delete;
     ~CReplacedFile();
@@ -32,6 +38,7 @@ private:
     void lockPlace();
 
     std::string m_path;
+    Replaced m_kind;
     std::string m_temporary;
     std::unique_ptr<Connection> m_lock; // keeps other writers from the file that is replaced
 };

@@ -190,7 +190,8 @@ WrittenFile writeNewFile(Library& library, const std::string& path)
 {
     loadEverything(library);
     CGeoPackageStore* own = storeOf(library);
-    CReplacedFile file(path, own && isSameFile(own->path(), path));
+    const bool isOwn = own && isSameFile(own->path(), path);
+    CReplacedFile file(path, isOwn ? Replaced::OwnLibrary : Replaced::Library);
     WrittenFile written;
     written.path = file.path();
     // No number means two things while the library is open: what undo brings back after this has

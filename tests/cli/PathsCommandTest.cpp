@@ -11,6 +11,10 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 // Files of one call that would take each other's place, and reports of what was refused.
 
 using namespace cli_test;
@@ -39,6 +43,10 @@ protected:
         EXPECT_EQ(outcome.err.rfind("tematica: " + about, 0), 0U) << outcome.err;
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
         EXPECT_TRUE(m_folder.bytes() == before) << "a file was changed, made or removed";
+    }
+    [[nodiscard]] Outcome exportWith(const std::string& report) const
+    {
+        return run({ "export", m_lamps, "--to", m_out, "--overwrite", "--report", report });
     }
     /// The only entry of a report, which says that nothing was written.
     Json refusedIn(const std::string& report)
@@ -135,6 +143,65 @@ TEST_F(PathsCommandTest, AReportThatCannotTakeItsPlaceLeavesNoPassingFile)
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_NE(outcome.err.find(m_report + ": could not be written"), std::string::npos);
     EXPECT_EQ(m_folder.names(), names);
+}
+
+TEST_F(PathsCommandTest, AReportGoesWhereALinkLeads)
+{
+    const std::string old = m_folder.file("old.json", "an old report");
+    const std::string links[] = { m_folder.path("link.json"), m_folder.path("waiting.json") };
+    fs::create_symlink("old.json", links[0]);
+    fs::create_symlink(m_report, links[1]); // to what is not there yet
+
+    for (const std::string& link : links) {
+        EXPECT_EQ(exportWith(link).exitCode, 0) << link;
+        EXPECT_TRUE(fs::is_symlink(link)) << link;
+    }
+
+    EXPECT_TRUE(Json::accept(contents(old))) << contents(old);
+    EXPECT_TRUE(Json::accept(contents(m_report)));
+    EXPECT_FALSE(fs::is_symlink(m_report));
+}
+
+TEST_F(PathsCommandTest, AReportLeavesAFileItsRightsAndWhatLiesBesideIt)
+{
+    m_folder.file("report.json", "an old report");
+    m_folder.file("report.json-journal", "my own");
+    ASSERT_EQ(::chmod(m_report.c_str(), 0600), 0);
+
+    EXPECT_EQ(exportWith(m_report).exitCode, 0);
+
+    struct stat written { };
+    ASSERT_EQ(::stat(m_report.c_str(), &written), 0);
+    EXPECT_EQ(written.st_mode & 07777u, 0600u);
+    EXPECT_TRUE(Json::accept(contents(m_report)));
+    EXPECT_EQ(contents(m_report + "-journal"), "my own");
+}
+
+TEST_F(PathsCommandTest, APipeGetsTheReportAndStaysAPipe)
+{
+    ASSERT_EQ(::mkfifo(m_report.c_str(), 0600), 0);
+    const int reader = ::open(m_report.c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    const auto names = m_folder.names();
+
+    EXPECT_EQ(exportWith(m_report).exitCode, 0);
+
+    std::string text(4096, ' ');
+    text.resize(
+        static_cast<std::size_t>(std::max<ssize_t>(0, ::read(reader, text.data(), text.size()))));
+    ::close(reader);
+    EXPECT_TRUE(Json::accept(text)) << text;
+    EXPECT_TRUE(fs::is_fifo(m_report));
+    EXPECT_EQ(m_folder.names(), names) << "no passing file is left";
+}
+
+TEST_F(PathsCommandTest, AReportToStandardOutputFollowsTheAnswer)
+{
+    const auto outcome = exportWith("/dev/stdout"); // a file here, which must not be replaced
+
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    ASSERT_EQ(outcome.out.rfind(m_shape + "\n", 0), 0U) << outcome.out;
+    EXPECT_TRUE(Json::accept(outcome.out.substr(m_shape.size() + 1))) << outcome.out;
 }
 
 TEST_F(PathsCommandTest, AnImportIntoWhatIsNoLibraryIsReported)
