@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
 #include "cli/Commands.h"
+#include "cli/Messages.h"
 #include "cli/RowWriters.h"
 #include "cli/Source.h"
 
@@ -93,7 +94,8 @@ int writeRows(gis::CLibGis& library, gis::CTheme* theme, const std::vector<gis::
     return output.finish();
 }
 
-/// Which condition was taken; its text too where that is not simply what stands before the slip.
+/// Which condition was taken; its text too where that is not simply what stands before the slip,
+/// and the slip where the word that stands there does not show it.
 void tellShortened(const query::ParseOutcome& filter, std::string_view text)
 {
     tell(fmt::format("only the condition before position {} was used", filter.errorPosition));
@@ -102,6 +104,8 @@ void tellShortened(const query::ParseOutcome& filter, std::string_view text)
     if (!std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(start), isPlain))
         tell(fmt::format(
             "that is: {}", text.substr(start, static_cast<std::size_t>(filter.conditionBytes))));
+    if (const std::string slip = hiddenSlip(filter); !slip.empty())
+        tell(fmt::format("the rest is refused at position {}: {}", filter.errorPosition, slip));
 }
 
 /// Says what of the filter has no effect: names that are not there, and what follows the point
@@ -115,18 +119,6 @@ void tellFilterWarnings(std::string_view text, const query::ParseOutcome& filter
         if (!name.isKnown)
             tell(fmt::format("there is no {} named {}; terms that name it cannot be computed",
                 name.isFunction ? "function" : "field", name.name.Bytes()));
-}
-
-/// Where the filter goes wrong, and at which word.
-void tellRefusal(const query::ParseOutcome& filter)
-{
-    const std::string place = filter.errorPosition > 0
-        ? fmt::format("the filter is refused at position {}", filter.errorPosition)
-        : "the filter is refused";
-    if (filter.unexpectedToken.empty())
-        tell(place + ": it ends too early");
-    else
-        tell(fmt::format("{}: \"{}\" cannot stand there", place, filter.unexpectedToken));
 }
 
 } // namespace
@@ -149,7 +141,7 @@ int runQuery(const QueryArguments& arguments)
     CQueryExecute execution(&lib, theme.value());
     const auto filter = query::parseFilter(arguments.filter, query::ErrorReport::Silent);
     if (!execution.SetQueryFilter(orv::String(arguments.filter))) {
-        tellRefusal(filter);
+        tell(refusal(filter));
         return FilterRefused;
     }
     if (filter.root)

@@ -98,6 +98,8 @@ ParseOutcome parseFilter(std::string_view text, ErrorReport report)
             throw std::bad_alloc(); // a condition cut short would pass for the whole
         ParseContext context(text.data(), static_cast<int>(text.size()));
         outcome.status = tematica_filter_parse(context) == 0 ? 0 : 1;
+        if (context.isOutOfMemory())
+            throw std::bad_alloc(); // the text is not to blame
         outcome.line = context.line();
         if (outcome.status != 0)
             describeError(text, context, outcome);

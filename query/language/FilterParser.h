@@ -18,7 +18,8 @@ enum class ErrorReport { OnStandardError, Silent };
 enum class ParseFailure {
     None,
     ParseError,
-    StackOverflow, ///< Nested deeper than the parser's stack of 10,000 entries.
+    StackOverflow, ///< Nested deeper than the parser's stack of 10,000 entries: one for every
+                   ///< symbol that waits for what follows, so `(` takes one and `1 + (` three.
     OutOfMemory, ///< Also a text of 2 GB or more, whose bytes cannot be numbered.
 };
 
@@ -42,6 +43,11 @@ struct ParseOutcome {
     /// The bytes of the text that `root` stands for, counted from 1; 0 and 0 without a root.
     int conditionPosition = 0;
     int conditionBytes = 0;
+
+    /// What does not fit is a text or a name in brackets that begins at `errorPosition` and has no
+    /// end: a quote or bracket that is closed is a token together with what it holds.
+    [[nodiscard]] bool isTextOpen() const { return unexpectedToken == "'"; }
+    [[nodiscard]] bool isNameOpen() const { return unexpectedToken == "["; }
 
     /// A condition is there, but not the one that was written.
     [[nodiscard]] bool isShortened() const { return status != 0 && root != nullptr; }

@@ -22,7 +22,8 @@ struct Token {
     bool truth = false;
 };
 
-/// A character that no rule accepts, given in place of a token when memory runs out.
+/// A character that no rule accepts, given in place of a token when memory runs out (see
+/// FilterScanner::isOutOfMemory; a text may hold the same byte).
 inline constexpr int BrokenToken = 1;
 
 struct ScanState;
@@ -40,10 +41,13 @@ public:
     [[nodiscard]] Token next();
     /// Line feeds seen outside quotes and brackets.
     [[nodiscard]] int line() const;
+    /// The memory was not enough for the next token.
+    [[nodiscard]] bool isOutOfMemory() const { return m_isOutOfMemory; }
 
 private:
     std::unique_ptr<ScanState> m_state;
     void* m_scanner = nullptr;
+    bool m_isOutOfMemory = false;
 };
 
 } // namespace query

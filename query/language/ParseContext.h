@@ -75,6 +75,7 @@ public:
     [[nodiscard]] Span lastToken() const { return m_lastToken; }
     [[nodiscard]] Span tokenBeforeLast() const { return m_tokenBeforeLast; }
     [[nodiscard]] int line() const { return m_scanner.line(); }
+    [[nodiscard]] bool isOutOfMemory() const { return m_scanner.isOutOfMemory(); }
     [[nodiscard]] std::size_t liveNodeCount() const { return m_liveNodes.size(); }
 
 private:

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/Messages.h"
 
+#include "query/language/FilterParser.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -58,6 +60,15 @@ TEST(MessagesTest, EveryFindingHasASentenceAndAWordOfItsOwn)
         EXPECT_TRUE(words.insert(cli::word(finding.code)).second) << code;
     }
     EXPECT_FALSE(words.contains(""));
+}
+
+TEST(MessagesTest, AFilterTooLongForTheMemoryIsNotBlamedOnAWord)
+{
+    query::ParseOutcome filter;
+    filter.failure = query::ParseFailure::OutOfMemory;
+
+    EXPECT_EQ(cli::refusal(filter),
+        "the filter is refused: it is too long for the memory there is; make it shorter");
 }
 
 TEST(MessagesTest, NamesWithBracesArePrintedAsTheyAre)

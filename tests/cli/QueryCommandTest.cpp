@@ -196,6 +196,58 @@ TEST_F(QueryCommandTest, ARefusedFilterEndsWithThree)
     }
 }
 
+TEST_F(QueryCommandTest, AFilterNestedTooDeepIsToldAsSuch)
+{
+    const std::string deep(12000, '(');
+    const std::string slip
+        = "it is nested too deep there; use fewer parentheses and calls one inside the other\n";
+
+    const auto refused = run({ "query", m_lamps, deep + "N = 1" + std::string(12000, ')') });
+    EXPECT_EQ(refused.exitCode, 3);
+    EXPECT_EQ(refused.err,
+        "Syntax error: parser stack overflow\n"
+        "tematica: the filter is refused at position 9999: "
+            + slip);
+
+    const auto shortened = run({ "query", m_lamps, "(N = 1) AND " + deep, "--count" });
+    EXPECT_EQ(shortened.exitCode, 0);
+    EXPECT_EQ(shortened.out, "1\n");
+    EXPECT_EQ(shortened.err.find("Syntax error: parser stack overflow\n"
+                                 "tematica: only the condition before position "),
+        0U)
+        << shortened.err;
+    EXPECT_NE(shortened.err.find("tematica: the rest is refused at position "), std::string::npos);
+    EXPECT_NE(shortened.err.find(slip), std::string::npos) << shortened.err;
+}
+
+TEST_F(QueryCommandTest, ATextOrNameWithoutAnEndIsToldWhereItBegins)
+{
+    const std::string text = "the text that begins there has no end; close it with a quote (')\n";
+    const std::string name = "the name that begins there has no end; close it with a bracket (])\n";
+    const std::pair<const char*, std::string> refused[] = {
+        { "Nome = 'x", "8: " + text },
+        { "Nome = '", "8: " + text },
+        { "Nome <> 'a' AND Nome = 'it''s' OR 'x", "28: \"'s'\" cannot stand there\n" },
+        { "Nome = 'it''s'", "12: \"'s'\" cannot stand there\n" }, // two texts, both closed
+        { "[abc", "1: " + name },
+        { "N = 1 [abc = 'x]", "7: \"[abc = 'x]\" cannot stand there\n" },
+        { "N = 1 OR [abc = 'x'", "10: " + name },
+    };
+    for (const auto& [filter, place] : refused) {
+        const auto outcome = run({ "query", m_lamps, filter, "--count" });
+        EXPECT_EQ(outcome.exitCode, 3) << filter;
+        EXPECT_EQ(outcome.err,
+            "Syntax error: parse error\ntematica: the filter is refused at position " + place)
+            << filter;
+    }
+
+    EXPECT_EQ(run({ "query", m_lamps, "(N = 1) AND Nome = 'x", "--count" }).err,
+        "Syntax error: parse error\n"
+        "tematica: only the condition before position 20 was used\n"
+        "tematica: the rest is refused at position 20: "
+            + text);
+}
+
 TEST_F(QueryCommandTest, AShortenedFilterAnswersAndSaysWhere)
 {
     const auto outcome = run({ "query", m_lamps, "(N = 1) AND", "--count" });

@@ -66,6 +66,37 @@ TEST(ParserLimitsTest, DeeperNestingOverflows)
     }
 }
 
+TEST(ParserLimitsTest, EverySymbolThatWaitsToTheLeftCounts)
+{
+    struct Level {
+        const char* opening; // closed by one parenthesis
+        const char* inner;
+        const char* end;
+        std::size_t places;
+    };
+    const Level levels[] = {
+        { "NOT (", "A = 1", "", 2 },
+        { "Year(", "A", " = 1", 2 },
+        { "1 + (", "A", " = 1", 3 },
+        { "A = 1 AND (", "A = 1", "", 3 },
+        { "A = 1 OR (", "A = 1", "", 3 },
+        { "Year(1 + ", "A", " = 1", 4 },
+        { "A = 1 AND NOT (", "A = 1", "", 4 },
+        { "1 + 2 * (", "A", " = 1", 5 },
+        { "A = 1 OR B = 2 AND (", "A = 1", "", 5 },
+    };
+    for (const Level& level : levels) {
+        const auto parsed = [&](std::size_t depth) {
+            return parseFilter(chainOf(level.opening, "", depth) + level.inner
+                    + std::string(depth, ')') + level.end,
+                ErrorReport::Silent);
+        };
+        EXPECT_EQ(parsed(DeepestNesting / level.places - 1).status, 0) << level.opening;
+        EXPECT_EQ(parsed(DeepestNesting / level.places + 2).failure, ParseFailure::StackOverflow)
+            << level.opening;
+    }
+}
+
 TEST(ParserLimitsTest, AnOverflowAfterACompleteConditionAnswersWithIt)
 {
     const ParseOutcome outcome = parseFilter("(B = 2) AND " + nested(20000), ErrorReport::Silent);
@@ -201,7 +232,8 @@ TEST(ParserLimitsTest, ATextTooLongForTheMemoryIsRefusedAndEndsNoProcess)
         const rlimit limit { most, most };
         setrlimit(RLIMIT_AS, &limit);
         const ParseOutcome outcome = parseFilter(text, ErrorReport::Silent);
-        _exit(outcome.root ? 2 : outcome.status == 1 ? 0 : 3);
+        const bool isTold = outcome.failure == ParseFailure::OutOfMemory;
+        _exit(outcome.root ? 2 : outcome.status != 1 ? 3 : isTold ? 0 : 4);
     }
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
