@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
 #include "cli/Cells.h"
-#include "cli/Cells.h"
 #include "cli/Commands.h"
 #include "cli/Output.h"
 #include "cli/Source.h"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "cli/Output.h"
 
+#include "cli/Cells.h"
 #include "cli/Messages.h"
 #include "cli/Progress.h"
 
@@ -15,10 +16,7 @@ namespace cli {
 
 void tell(std::string_view text)
 {
-    std::string line = "tematica: ";
-    for (const char c : text)
-        line += static_cast<unsigned char>(c) < 0x20 || c == 0x7F ? ' ' : c;
-    line += '\n';
+    const std::string line = "tematica: " + plainText(text) + '\n';
     clearProgressLine();
     std::fwrite(line.data(), 1, line.size(), stderr);
 }

@@ -17,8 +17,8 @@ enum ExitCode : int {
     FilterRefused = 3,
 };
 
-/// One line on standard error, "tematica: " and the text; line ends and other control characters
-/// in it (names hold anything) become blanks, so that it stays one line.
+/// One line on standard error, "tematica: " and the text as `plainText` gives it: names hold
+/// anything, and it must stay one line of UTF-8.
 void tell(std::string_view text);
 /// The warnings of a report, a line each; `subject` (a file's name) stands before each unless
 /// empty.

@@ -169,6 +169,20 @@ TEST_F(OddValuesCommandTest, InfoShowsANameOnOneLineWithoutCommandsForTheTermina
         << "programs get the name itself";
 }
 
+TEST_F(OddValuesCommandTest, ErrorsShowNamesAsText)
+{
+    const auto named = m_folder.library("named.gpkg",
+        "table T (A text); theme \"Citt\xE0\x1B[31m\": points 2d on T;"
+        "theme \"Vie\": points 2d on T");
+
+    EXPECT_EQ(run({ "query", named, "1 = 1", "--theme", "zz\xFF" }).err,
+        "tematica: there is no theme named zz" REPLACEMENT " (themes: Citt" REPLACEMENT
+        " [31m, Vie)\n");
+    EXPECT_EQ(run({ "query", m_texts, "caff\xE8 = 1", "--count" }).err,
+        "tematica: there is no field named caff" REPLACEMENT
+        "; terms that name it cannot be computed\n");
+}
+
 TEST_F(OddValuesCommandTest, AnExportSaysWhatAShapefileCannotHold)
 {
     const auto report = m_folder.path("report.json");
@@ -193,7 +207,7 @@ TEST_F(OddValuesCommandTest, AnExportSaysWhatAShapefileCannotHold)
     ASSERT_EQ(features.size(), 2U) << "its row is kept";
     EXPECT_TRUE(features[0].at("geometry").is_null());
 
-    EXPECT_EQ(codes(m_texts).at("text-invalid"), 2);
+    EXPECT_EQ(codes(m_texts).at("text-replaced"), 2);
     EXPECT_EQ(run({ "values", m_folder.path("T.shp"), "N" }).err, "") << "a file without fault";
 }
 
