@@ -131,9 +131,9 @@ public:
         CFeatureClass* featureClass, const orv::CPolyValue& low, const orv::CPolyValue& high);
     virtual bool IsDefaultFeatureClass(CFeatureClass* featureClass);
 
-    /// What the host offers beyond this interface, by name ("columns/1", "feedback/1"); null where
-    /// it does not. The pointer is to the extension's interface and lives as long as the library.
-    /// Always the last operation.
+    /// What the host offers beyond this interface, by name ("columns/1", "feedback/1",
+    /// "readings/1"); null where it does not. The pointer is to the extension's interface and lives
+    /// as long as the library. Always the last operation.
     virtual void* Extension(const char* name);
 
 private:
