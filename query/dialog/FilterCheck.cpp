@@ -60,9 +60,11 @@ QString knownSlip(const ParseOutcome& outcome)
 {
     if (outcome.failure == ParseFailure::StackOverflow)
         return QStringLiteral("troppe parentesi una dentro l'altra");
-    if (outcome.unexpectedToken.starts_with('\''))
+    if (outcome.failure == ParseFailure::OutOfMemory)
+        return QStringLiteral("il filtro è troppo lungo per la memoria disponibile");
+    if (outcome.isTextOpen())
         return QStringLiteral("il testo non ha l'apice di chiusura");
-    if (outcome.unexpectedToken.starts_with('['))
+    if (outcome.isNameOpen())
         return QStringLiteral("il nome non ha la parentesi quadra di chiusura");
     if (outcome.unexpectedToken == "," && endsInNumber(outcome.precedingToken))
         return QStringLiteral("nei decimali si scrive il punto, non la virgola");

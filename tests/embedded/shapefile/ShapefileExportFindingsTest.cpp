@@ -82,7 +82,7 @@ TEST_F(ShapefileExportFindingsTest, AThemeThatCannotBeReadIsNotWrittenAndStandsI
 {
     support::fillLibrary(library,
         "table t (a text, b text); rows t: ('x', 'y'); table u (a text); rows u: ('z');"
-        "theme t: points 2d on t; theme u: points 2d on u; ents u: 0 [1 2]");
+        "theme t: points 2d on t; ents t: 0 [5 5]; theme u: points 2d on u; ents u: 0 [1 2]");
     const auto store = model_testing::intoFile(library);
     store->unreadable = { "b" };
 

@@ -112,8 +112,9 @@ TEST_F(LazyTest, ColumnsMayBeAskedForFromSeveralThreads)
 {
     auto& store = *Library::of(library.get())->store();
     embedded::Column numbers(gis::ColumnKind::Integer), texts(gis::ColumnKind::Dictionary);
-    std::thread other([&] { EXPECT_TRUE(store.readColumn(*table, *table->field(1), texts).ok()); });
-    EXPECT_TRUE(store.readColumn(*table, *table->field(0), numbers).ok());
+    std::thread other(
+        [&] { EXPECT_TRUE(store.readColumn(*table, *table->field(1), texts, {}).ok()); });
+    EXPECT_TRUE(store.readColumn(*table, *table->field(0), numbers, {}).ok());
     other.join();
     EXPECT_EQ(numbers.rowCount(), Many);
     EXPECT_EQ(texts.rowCount(), Many);
