@@ -174,9 +174,10 @@ embedded::Result<void> Document::saveAs(const QString& path)
 std::optional<embedded::Error> Document::takeUntoldFailure()
 {
     const embedded::Error* failed = implementation(*m_library).failedRead();
-    if (!failed || m_progress.isFailureTold())
+    const bool isTold = m_progress.isFailureTold();
+    m_progress.setFailureTold(failed != nullptr); // one that has passed is no reason for silence
+    if (!failed || isTold)
         return std::nullopt;
-    m_progress.setFailureTold(true);
     return *failed;
 }
 

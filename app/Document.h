@@ -66,8 +66,9 @@ public:
     embedded::Result<void> openRecovered(const QString& recoveryPath, const QString& originalPath);
     embedded::Result<void> save();
     embedded::Result<void> saveAs(const QString& path);
-    /// Why something of the library could not be read (it shows as if it were not there): once for
-    /// a library, and not where it was told already.
+    /// Why something of the library could not be read (it shows as if it were not there): once,
+    /// until all can be read again, and not where a failed save or change of a table's structure
+    /// told it.
     std::optional<embedded::Error> takeUntoldFailure();
     /// Through the host's function; a clash of names is refused. The library's last report has the
     /// findings.

@@ -21,11 +21,11 @@
 #include <QMimeData>
 #include <QSettings>
 #include <QTextDocument>
-#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <unordered_set>
 
 namespace app {
@@ -76,6 +76,9 @@ MainWindow::MainWindow()
             entity ? std::vector<gis::CEnt*> { entity } : std::vector<gis::CEnt*> {});
         tellFailedRead();
     });
+    connect(&m_document, &Document::opened, this, [this] { m_failedRead.reset(); });
+    m_failedReadTimer.setSingleShot(true);
+    connect(&m_failedReadTimer, &QTimer::timeout, this, &MainWindow::onFailedReadDue);
     connect(m_canvas, &MapCanvas::opened, this, &MainWindow::showEntityForm);
     connect(m_canvas, &MapCanvas::cursorMoved, this, [this](double x, double y) {
         // One digit more than a pixel needs: metres with two at the scale of a street, degrees with
@@ -159,10 +162,20 @@ void MainWindow::tellText(const QString& text)
 /// there.
 void MainWindow::tellFailedRead()
 {
-    // When what goes on now has ended: it may be an act, or the opening of the file.
     if (auto failure = m_document.takeUntoldFailure())
-        QMetaObject::invokeMethod(
-            this, [this, error = *std::move(failure)] { tell(error); }, Qt::QueuedConnection);
+        m_failedRead = std::move(failure);
+    if (m_failedRead)
+        m_failedReadTimer.start(0);
+}
+
+/// Only when nothing else goes on, an act or what it has to say: the box would stand in its midst.
+void MainWindow::onFailedReadDue()
+{
+    constexpr int AskAgainMs = 200;
+    if (QApplication::activeModalWidget() || m_document.changes().IsStepOpen())
+        m_failedReadTimer.start(AskAgainMs);
+    else if (const auto error = std::exchange(m_failedRead, std::nullopt))
+        tell(*error);
 }
 
 void MainWindow::tellFindings(const embedded::Report& report, const QString& done)

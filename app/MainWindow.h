@@ -7,8 +7,10 @@
 #include "app/Recovery.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include <memory>
+#include <optional>
 
 class QActionGroup;
 class QLabel;
@@ -71,6 +73,7 @@ private:
     void tell(const embedded::Error& error);
     void tellText(const QString& text);
     void tellFailedRead();
+    void onFailedReadDue();
     void tellDone(const QString& text);
     void tellFindings(const embedded::Report& report, const QString& done);
     /// Runs an exported dialog function as one step named after the dialog.
@@ -85,6 +88,8 @@ private:
 
     Document m_document;
     Recovery m_recovery;
+    std::optional<embedded::Error> m_failedRead; // still to be told
+    QTimer m_failedReadTimer;
     MapCanvas* m_canvas;
     embedded::MapContent m_lastingMarks; // of found and selected entities
     ThemePanel* m_themes = nullptr;

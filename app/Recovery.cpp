@@ -181,13 +181,14 @@ std::vector<RecoveryFile> Recovery::leftBehind()
     return files;
 }
 
-void Recovery::discard(const RecoveryFile& file)
+bool Recovery::discard(const RecoveryFile& file)
 {
     const HeldLock lock(file.path);
     if (!lock.isHeld())
-        return;
+        return false;
     removeCopy(file.path);
     lock.removeFile();
+    return true;
 }
 
 void Recovery::replaces(const RecoveryFile& file)
@@ -197,9 +198,8 @@ void Recovery::replaces(const RecoveryFile& file)
 
 void Recovery::discardReplaced()
 {
-    for (const RecoveryFile& file : m_replaced)
-        discard(file);
-    m_replaced.clear();
+    // Another program that starts now may be looking at one: that is for the next time.
+    std::erase_if(m_replaced, [](const RecoveryFile& file) { return discard(file); });
 }
 
 void Recovery::forget()
@@ -233,12 +233,14 @@ void Recovery::onChanged()
         return;
     }
     const std::uint64_t position = m_document.changes().Position();
-    if (m_writtenPosition == position) { // the act changed nothing, or was taken back
-        m_waiting.reset();
-        return;
-    }
     if (m_waiting && m_waiting->position == position)
         return;
+    m_waiting.reset(); // before it is made anew, for which there might not be the memory else
+    if (m_writtenPosition == position) { // the act changed nothing, or was taken back
+        if (!m_isWriting)
+            takeFailureBack();
+        return;
+    }
     // Now, also while another copy is being written: when that is done, the next act may be half
     // done, and last for as long as a dialog is open.
     std::shared_ptr<gis::CLibGis> library;
@@ -316,12 +318,14 @@ void Recovery::onWritten(bool isWritten)
         m_writtenPosition.reset(); // the next act tries again
         tellFailure();
     }
-    if (isWritten)
-        takeFailureBack();
     if (auto next = std::exchange(m_waiting, std::nullopt))
         write(*std::move(next));
     else if (*m_isForgotten)
         releaseLock();
+    else if (isWritten && m_writtenPosition == m_document.changes().Position())
+        takeFailureBack();
+    else if (isWritten && !m_document.changes().IsStepOpen())
+        onChanged(); // for the newest act there was no memory: there may be now
 }
 
 void Recovery::tellFailure()

@@ -39,8 +39,8 @@ public:
 
     /// Copies whose program runs no more.
     [[nodiscard]] static std::vector<RecoveryFile> leftBehind();
-    /// Nothing while a program holds it.
-    static void discard(const RecoveryFile& file);
+    /// False, and nothing done, while a program holds it.
+    static bool discard(const RecoveryFile& file);
     /// The document holds that file's work now: it goes when a copy of its own is written, or
     /// saved.
     void replaces(const RecoveryFile& file);

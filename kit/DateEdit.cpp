@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "kit/DateEdit.h"
 
+#include "kit/Form.h"
 #include "kit/Icons.h"
 
 #include "host/base/Dates.h"
@@ -32,10 +33,7 @@ QDate dateOf(const QString& text)
 CDateEdit::CDateEdit(QWidget* parent)
     : QLineEdit(parent)
 {
-    setClearButtonEnabled(true);
-    // The toolkit's own picture has too few pixels for fine screens.
-    if (auto* clear = findChild<QAction*>(QStringLiteral("_q_qlineeditclearaction")))
-        clear->setIcon(icon("clear"));
+    addClearButton(*this);
     setPlaceholderText(QStringLiteral("gg/mm/aaaa"));
     QAction* choose = addAction(icon("calendar"), TrailingPosition);
     choose->setToolTip(QStringLiteral("Calendario (F4)"));

@@ -2,10 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "kit/Form.h"
 
+#include "kit/Icons.h"
+
+#include <QAction>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace kit {
@@ -64,6 +68,13 @@ void pressWithReturn(QPushButton& button)
 {
     button.setAutoDefault(false);
     button.installEventFilter(new CReturnPresses(&button));
+}
+
+void addClearButton(QLineEdit& edit)
+{
+    edit.setClearButtonEnabled(true);
+    if (auto* clear = edit.findChild<QAction*>(QStringLiteral("_q_qlineeditclearaction")))
+        clear->setIcon(icon("clear"));
 }
 
 void preparePage(QWidget& page, const char* className)

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QWidget>
 
+class QLineEdit;
 class QPushButton;
 
 namespace kit {
@@ -39,6 +40,10 @@ void preparePage(QWidget& page, const char* className);
 /// Return on the button, when it has the focus, presses it, as users expect; with auto-default off
 /// the dialog would press its default button instead.
 void pressWithReturn(QPushButton& button);
+
+/// The cross that empties an edit, in a picture of ours: the toolkit's own has too few pixels for
+/// fine screens.
+void addClearButton(QLineEdit& edit);
 
 /// Puts a control that is made at run time where the form has its placeholder, which is hidden.
 void placeOver(QWidget* placeholder, QWidget* control);

@@ -3,6 +3,7 @@
 
 #include "host/base/ChangeManager.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -30,6 +31,13 @@ public:
     std::uint64_t clearedState = 0; // the state before the first step that can be taken back
     std::uint64_t lastState = 0; // never given twice, so that a number means one state
 
+    /// For the step that is opened, so that no memory is needed to close it.
+    void makeRoom()
+    {
+        constexpr std::size_t Least = 16;
+        if (done.size() == done.capacity())
+            done.reserve(std::max(Least, done.size() * 2));
+    }
     void close()
     {
         depth = 0;
@@ -77,8 +85,11 @@ CChangeTransactionManager::~CChangeTransactionManager() = default;
 
 void CChangeTransactionManager::BeginStep(const String& name)
 {
-    if (m_impl->depth++ == 0)
+    if (m_impl->depth == 0) {
+        m_impl->makeRoom();
         m_impl->open.name = name;
+    }
+    ++m_impl->depth;
 }
 
 void CChangeTransactionManager::EndStep()

@@ -73,7 +73,7 @@ public:
             if (field.isAdded())
                 addField(i);
             else if (field.existing)
-                joinField(i);
+                joinField(i, *field.existing);
         }
         applyFields();
         appendRows();
@@ -82,7 +82,7 @@ public:
 
 private:
     void addField(std::size_t position);
-    void joinField(std::size_t position);
+    void joinField(std::size_t position, const gis::CField& existing);
     void applyFields();
     void appendRows();
     [[nodiscard]] orv::String freeFieldName(const orv::String& wanted) const;
@@ -117,30 +117,29 @@ void Merging::addField(std::size_t position)
     m_fields.push_back(std::move(added));
 }
 
-void Merging::joinField(std::size_t position)
+void Merging::joinField(std::size_t position, const gis::CField& existing)
 {
     const IncomingField& field = m_plan.incomingFields[position];
-    const gis::CField& existing = *field.existing;
+    const gis::FieldFormat format = field.isConflict() ? field.newFormat : existing.format;
     const int index = m_plan.existing->indexOf(&existing);
     FieldChange& change = m_fields[static_cast<std::size_t>(index)];
     m_mapping[position] = index;
     ConversionCount count;
-    const gis::FieldFormat format = field.isConflict() ? field.newFormat : existing.format;
     m_incoming[position].emplace(
         convertColumn(m_plan.incoming->column(m_plan.incoming->indexOf(field.incoming)),
             field.incoming->format, format, field.incoming->decimalDigits(), count));
-    if (format != field.existing->format) {
+    if (format != existing.format) {
         change.format = format;
         change.constraints = defaultConstraints(format);
-        change.column.emplace(convertColumn(m_plan.existing->column(index), field.existing->format,
-            format, field.existing->decimalDigits(), count));
+        change.column.emplace(convertColumn(m_plan.existing->column(index), existing.format, format,
+            existing.decimalDigits(), count));
     }
     if (field.isConflict() && field.createsList && format == gis::FieldFormat::List) {
         Column both = change.column ? *change.column : m_plan.existing->column(index);
         both.append(*m_incoming[position]);
         change.constraints[3] = listOf(both);
     }
-    reportEmptied(m_library, field.existing->name, count);
+    reportEmptied(m_library, existing.name, count);
 }
 
 void Merging::applyFields()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tables/grid/FindBar.h"
 
+#include "kit/Form.h"
 #include "kit/Icons.h"
 
 #include <QHBoxLayout>
@@ -39,7 +40,7 @@ CFindBar::CFindBar(QWidget* parent)
     label->setBuddy(m_edit);
     m_edit->setObjectName(QStringLiteral("sought"));
     m_edit->setAccessibleName(QStringLiteral("Trova"));
-    m_edit->setClearButtonEnabled(true);
+    kit::addClearButton(*m_edit);
     layout->addWidget(label);
     layout->addWidget(m_edit, 1);
     auto* previous = addButton(*layout, "previous", QStringLiteral("Precedente (Maiusc+F3)"));
