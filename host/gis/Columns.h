@@ -4,6 +4,7 @@
 
 #include "host/gis/Types.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -47,6 +48,37 @@ struct ColumnView {
     const DictionaryEntry* dictionary = nullptr;
     std::uint32_t dictionarySize = 0;
 };
+
+/// Whether a column of this kind can be what a field of the format holds.
+[[nodiscard]] inline bool HoldsFormat(ColumnKind kind, FieldFormat format)
+{
+    switch (format) {
+    case FieldFormat::Boolean:
+        return kind == ColumnKind::Boolean;
+    case FieldFormat::Integer:
+        return kind == ColumnKind::Integer;
+    case FieldFormat::Decimal:
+        return kind == ColumnKind::Decimal;
+    case FieldFormat::Date:
+        return kind == ColumnKind::Date;
+    default:
+        return kind == ColumnKind::Dictionary;
+    }
+}
+
+/// Whether a column can be read as what it says: values of the field's format in as many chunks,
+/// and as long ones, as its row count says. A host may err; its cells are asked then, since reading
+/// on would go beyond the chunks.
+[[nodiscard]] inline bool IsWhole(const ColumnView& column, FieldFormat format)
+{
+    if (!HoldsFormat(column.kind, format))
+        return false;
+    int rows = 0;
+    for (int i = 0; i < column.chunkCount; rows += column.chunks[i].rowCount, ++i)
+        if (column.chunks[i].rowCount != std::min(column.rowCount - rows, ColumnChunkRows))
+            return false;
+    return rows == column.rowCount;
+}
 
 /// Entities of a theme in entity order, in runs that lie at equal distances in memory and whose
 /// rows follow one another.

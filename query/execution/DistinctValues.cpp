@@ -4,7 +4,6 @@
 
 #include "query/execution/CountTable.h"
 #include "query/execution/Parallel.h"
-#include "query/execution/plan/ColumnPlan.h"
 #include "query/execution/plan/EntitySelection.h"
 
 #include "host/base/Dates.h"
@@ -243,13 +242,7 @@ bool isWhole(
     const gis::ColumnView& column, const gis::EntityRunsView& runs, gis::FieldFormat format)
 {
     const auto rows = plan::usedRowCount(runs);
-    if (!rows || *rows > column.rowCount || !plan::holdsFormat(column.kind, format)
-        || std::int64_t(column.chunkCount) * gis::ColumnChunkRows < column.rowCount)
-        return false;
-    for (int i = 0, left = *rows; left > 0; ++i, left -= gis::ColumnChunkRows)
-        if (column.chunks[i].rowCount < std::min(left, gis::ColumnChunkRows))
-            return false;
-    return true;
+    return rows && *rows <= column.rowCount && gis::IsWhole(column, format);
 }
 
 bool hasField(gis::CLibGis& library, gis::CTheme* theme, int fieldIndex)

@@ -8,23 +8,6 @@ namespace tables {
 
 namespace {
 
-/// The kind of column that holds a format's values.
-gis::ColumnKind kindOf(gis::FieldFormat format)
-{
-    switch (format) {
-    case gis::FieldFormat::Boolean:
-        return gis::ColumnKind::Boolean;
-    case gis::FieldFormat::Integer:
-        return gis::ColumnKind::Integer;
-    case gis::FieldFormat::Decimal:
-        return gis::ColumnKind::Decimal;
-    case gis::FieldFormat::Date:
-        return gis::ColumnKind::Date;
-    default:
-        return gis::ColumnKind::Dictionary;
-    }
-}
-
 gis::IColumns* columnsOf(gis::CLibGis* library)
 {
     return library ? static_cast<gis::IColumns*>(library->Extension(gis::ColumnsExtension))
@@ -47,7 +30,8 @@ void CGridContents::fill()
     m_rows.clear();
     m_entities = {};
     m_isWholeTable = true;
-    m_rowCount = m_library && m_table ? m_library->GetNumRows(m_table) : 0;
+    m_tableRowCount = m_library && m_table ? m_library->GetNumRows(m_table) : 0;
+    m_rowCount = m_tableRowCount;
     m_tableRows.reset();
     m_edits.assign(m_fields.size(), {});
 }
@@ -57,6 +41,7 @@ void CGridContents::fill(std::vector<orv::CResultRow*> rows)
     m_rows = std::move(rows);
     m_entities = {};
     m_isWholeTable = false;
+    m_tableRowCount = m_library && m_table ? m_library->GetNumRows(m_table) : 0;
     m_rowCount = static_cast<int>(m_rows.size());
     m_tableRows.reset();
     m_edits.assign(m_fields.size(), {});
@@ -128,8 +113,7 @@ std::optional<gis::ColumnView> CGridContents::column(int field) const
 {
     gis::ColumnView view;
     if (!m_columns || !m_columns->GetColumn(m_table, field, view)
-        || view.kind != kindOf(this->field(field).format)
-        || (m_isWholeTable && view.rowCount != m_rowCount))
+        || !gis::IsWhole(view, this->field(field).format) || view.rowCount != m_tableRowCount)
         return std::nullopt;
     return view;
 }
@@ -139,10 +123,9 @@ const std::vector<int>* CGridContents::tableRows()
     if (!m_tableRows) {
         m_tableRows.emplace();
         m_tableRows->reserve(static_cast<std::size_t>(m_rowCount));
-        const int count = m_library && m_table ? m_library->GetNumRows(m_table) : 0;
         int next = 0;
         orv::CResultRow* wanted = row(0);
-        for (int i = 0; i < count && next < m_rowCount; ++i)
+        for (int i = 0; i < m_tableRowCount && next < m_rowCount; ++i)
             if (m_library->GetRow(m_table, i) == wanted) {
                 m_tableRows->push_back(i);
                 wanted = row(++next);

@@ -79,6 +79,7 @@ private:
     std::vector<FieldEdits> m_edits;
     std::optional<std::vector<int>> m_tableRows; // empty where the rows are not in table order
     int m_rowCount = 0;
+    int m_tableRowCount = 0; // when the grid was filled: columns of other lengths are not read
     bool m_isWholeTable = false;
 };
 

@@ -11,9 +11,6 @@
 
 namespace query::plan {
 
-/// Whether a column of this kind can be what a field of the format holds; a host may err.
-[[nodiscard]] bool holdsFormat(gis::ColumnKind kind, gis::FieldFormat format);
-
 /// The entities for which the filter is true, in entity order. `result` is overwritten.
 /// Errors: false, with `result` untouched, where the host offers no columns, or the filter or the
 /// data cannot be expressed as operations over them; the filter is then to be walked.

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "query/execution/plan/Compiler.h"
 
-#include "query/execution/plan/ColumnPlan.h"
-
 #include "host/gis/LibGis.h"
 
 #include <algorithm>
@@ -40,22 +38,6 @@ int mirrored(int code)
 
 } // namespace
 
-bool holdsFormat(gis::ColumnKind kind, gis::FieldFormat format)
-{
-    switch (format) {
-    case gis::FieldFormat::Boolean:
-        return kind == gis::ColumnKind::Boolean;
-    case gis::FieldFormat::Integer:
-        return kind == gis::ColumnKind::Integer;
-    case gis::FieldFormat::Decimal:
-        return kind == gis::ColumnKind::Decimal;
-    case gis::FieldFormat::Date:
-        return kind == gis::ColumnKind::Date;
-    default:
-        return kind == gis::ColumnKind::Dictionary;
-    }
-}
-
 std::optional<int> Compiler::fieldIndexOf(orv::String name) const
 {
     const CEESymbol* const symbol = m_source.symbols.GetSymbol(name);
@@ -75,7 +57,7 @@ int Compiler::columnOf(int fieldIndex)
     gis::CField* const field = m_source.library.GetField(m_source.table, fieldIndex);
     const gis::FieldFormat format = m_source.library.GetFieldFormat(field);
     if (!field || !m_hostColumns.GetColumn(m_source.table, fieldIndex, column.view)
-        || !holdsFormat(column.view.kind, format) || column.view.rowCount < m_extent.rowCount) {
+        || !gis::IsWhole(column.view, format) || column.view.rowCount < m_extent.rowCount) {
         refuse();
         return 0;
     }
