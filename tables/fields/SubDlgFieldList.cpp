@@ -31,8 +31,9 @@ CSubDlgFieldList::CSubDlgFieldList(
     connect(
         m_ui->id2016, &QListWidget::itemSelectionChanged, this, &CSubDlgFieldList::showSelected);
     m_ui->id2016->installEventFilter(this);
-    connect(m_ui->id2015, &QComboBox::currentIndexChanged, this,
-        [this](int row) { m_standard = kit::fromQt(m_ui->id2015->itemText(row)); });
+    connect(m_ui->id2015, &QComboBox::currentIndexChanged, this, [this](int row) {
+        m_standard = row > 0 ? m_values[static_cast<std::size_t>(row) - 1] : orv::String();
+    });
     connect(m_ui->id2018, &QPushButton::clicked, this, &CSubDlgFieldList::onAdd);
     connect(m_ui->id2019, &QPushButton::clicked, this, &CSubDlgFieldList::onDelete);
     connect(m_ui->id2020, &QPushButton::clicked, this, &CSubDlgFieldList::onRename);
@@ -84,12 +85,12 @@ void CSubDlgFieldList::onAdd()
     const QString text = m_ui->id2017->text();
     if (text.isEmpty())
         return;
-    const orv::String value = kit::fromQt(text);
-    const bool isKnown = std::find(m_values.begin(), m_values.end(), value) != m_values.end();
+    const bool isKnown = std::any_of(m_values.begin(), m_values.end(),
+        [&](const orv::String& value) { return kit::toQt(value) == text; });
     m_ui->id2017->clear();
     if (isKnown)
         return;
-    m_values.push_back(value);
+    m_values.push_back(kit::fromQt(text));
     m_ui->id2016->addItem(text);
     m_ui->id2015->addItem(text);
     m_ui->id2017->setFocus();
@@ -115,11 +116,12 @@ void CSubDlgFieldList::onRename()
     const QString standard = m_ui->id2015->currentText();
     const bool isStandard
         = m_ui->id2015->currentIndex() == row + 1 && standard == m_ui->id2015->itemText(row + 1);
-    m_values[static_cast<std::size_t>(row)] = kit::fromQt(text);
+    orv::String& value = m_values[static_cast<std::size_t>(row)];
+    value = kit::fromQt(text, value);
     m_ui->id2016->item(row)->setText(text);
     m_ui->id2015->setItemText(row + 1, text);
     if (isStandard)
-        m_standard = kit::fromQt(text);
+        m_standard = value;
     else
         m_ui->id2015->setEditText(standard); // typed: renaming its entry would write over it
 }
@@ -128,7 +130,7 @@ void CSubDlgFieldList::SaveFieldData()
 {
     if (!isStill(gis::FieldFormat::List))
         return;
-    m_standard = kit::fromQt(m_ui->id2015->currentText());
+    m_standard = kit::fromQt(m_ui->id2015->currentText(), m_standard);
     Constraints values;
     values[0] = m_standard;
     values[3].CreateArray(static_cast<unsigned>(m_values.size()), orv::PolyString);

@@ -35,7 +35,7 @@ void CSubDlgFieldString::SaveFieldData()
     if (!isStill(gis::FieldFormat::Text))
         return;
     Constraints values;
-    values[0] = kit::fromQt(m_ui->id2021->text());
+    values[0] = kit::fromQt(m_ui->id2021->text(), constraints()[0].GetStringValue());
     values[3] = m_kept;
     setConstraints(values);
 }

@@ -64,6 +64,61 @@ TEST_F(FieldPagesCasesTest, EachPageHasItsTexts)
     }
 }
 
+/// "Città" as other programs write it; and as it is shown.
+const orv::String OtherBytes = "Citt\xE0";
+const QString OtherShown = QStringLiteral("Citt\uFFFD");
+
+TEST_F(FieldPagesCasesTest, ADefaultThatIsNoUtf8KeepsItsBytesUntilItIsTypedAnew)
+{
+    open("t text", FieldFormat::Text);
+    setConstraint(0, CPolyValue(OtherBytes));
+    reopen(FieldFormat::Text);
+    ASSERT_EQ(textOf(2021), OtherShown);
+
+    save();
+    EXPECT_EQ(constraint(0), CPolyValue(OtherBytes));
+
+    at<QLineEdit>(2021).setText(QStringLiteral("Città"));
+    save();
+    EXPECT_EQ(constraint(0), CPolyValue(orv::String("Citt\xC3\xA0")));
+}
+
+TEST_F(FieldPagesCasesTest, ListValuesThatAreNoUtf8KeepTheirBytesUntilTheyAreTypedAnew)
+{
+    open("l list ('a', 'b')", FieldFormat::List);
+    CPolyValue listed = constraint(3);
+    listed.SetStringValue(1, OtherBytes);
+    setConstraint(3, listed);
+    setConstraint(0, CPolyValue(OtherBytes));
+    reopen(FieldFormat::List);
+    ASSERT_EQ(at<QComboBox>(2015).currentText(), OtherShown);
+    const auto expectKept = [&] {
+        save();
+        EXPECT_EQ(constraint(0), CPolyValue(OtherBytes));
+        EXPECT_EQ(constraint(3).GetNoArrayElements(), 2U);
+        EXPECT_EQ(constraint(3).GetStringValue(1), OtherBytes);
+    };
+    expectKept();
+
+    at<QListWidget>(2016).setCurrentRow(1);
+    ASSERT_EQ(textOf(2017), OtherShown);
+    ui::press(*page, 2020); // renamed to what it is
+    expectKept();
+    at<QListWidget>(2016).setCurrentRow(0);
+    at<QListWidget>(2016).setCurrentRow(1);
+    ui::press(*page, 2018); // in the list already
+    expectKept();
+    at<QComboBox>(2015).setCurrentIndex(1);
+    at<QComboBox>(2015).setCurrentIndex(2); // chosen again
+    expectKept();
+
+    ui::type(*page, 2017, QStringLiteral("c"));
+    ui::press(*page, 2020);
+    save();
+    EXPECT_EQ(constraint(0), CPolyValue(orv::String("c")));
+    EXPECT_EQ(constraint(3).GetStringValue(1), orv::String("c"));
+}
+
 TEST_F(FieldPagesCasesTest, StrangeTextsComeBackOrAreWrong)
 {
     for (const QString& text : Strange) {
