@@ -77,6 +77,12 @@ void addClearButton(QLineEdit& edit)
         clear->setIcon(icon("clear"));
 }
 
+void keepFormWidth(QComboBox& combo)
+{
+    combo.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    combo.setMinimumContentsLength(LeastComboLetters);
+}
+
 void preparePage(QWidget& page, const char* className)
 {
     page.setObjectName(QLatin1String(className));
@@ -89,11 +95,8 @@ void preparePage(QWidget& page, const char* className)
         button->setDefault(false);
         pressWithReturn(*button);
     }
-    // A long name in a list must not make the window wider than the screen.
-    for (QComboBox* combo : page.findChildren<QComboBox*>()) {
-        combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        combo->setMinimumContentsLength(LeastComboLetters);
-    }
+    for (QComboBox* combo : page.findChildren<QComboBox*>())
+        keepFormWidth(*combo);
 }
 
 void prepareDialog(QDialog& dialog, const char* className, DialogUnits preferred, int defaultId)

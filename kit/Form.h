@@ -8,6 +8,7 @@
 #include <QString>
 #include <QWidget>
 
+class QComboBox;
 class QLineEdit;
 class QPushButton;
 
@@ -30,7 +31,7 @@ template <typename Widget> [[nodiscard]] Widget* control(const QWidget& page, in
 /// The same manners for every dialog, once its form is set up: object name, preferred size, no
 /// auto-default buttons and button `defaultId` the only default (0: none), Return on a focused
 /// button presses that button, names for assistive technology from the labels' buddies, labels that
-/// show text as it is, no help button in the title.
+/// show text as it is, lists to choose from as wide as the form, no help button in the title.
 void prepareDialog(
     QDialog& dialog, const char* className, DialogUnits preferred, int defaultId = IdOk);
 
@@ -44,6 +45,10 @@ void pressWithReturn(QPushButton& button);
 /// The cross that empties an edit, in a picture of ours: the toolkit's own has too few pixels for
 /// fine screens.
 void addClearButton(QLineEdit& edit);
+
+/// A list to choose from that is as wide as its form: after its longest entry it would make the
+/// window wider than the screen.
+void keepFormWidth(QComboBox& combo);
 
 /// Puts a control that is made at run time where the form has its placeholder, which is hidden.
 void placeOver(QWidget* placeholder, QWidget* control);

@@ -90,9 +90,7 @@ QWidget* RowControl::makeEditor(const RowEntry& entry)
     const bool isFixed = !m_isEditable || entry.isPredefined();
     if (!isFixed && !entry.choices().isEmpty()) {
         auto* combo = new QComboBox;
-        // As wide as the form, not as its longest entry.
-        combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        combo->setMinimumContentsLength(8);
+        kit::keepFormWidth(*combo);
         combo->addItems(entry.choices());
         combo->setCurrentIndex(static_cast<int>(entry.choices().indexOf(entry.storedText())));
         combo->setFocusPolicy(Qt::StrongFocus);
