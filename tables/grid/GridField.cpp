@@ -142,12 +142,12 @@ bool acceptCellText(gis::CLibGis& library, const GridField& field, orv::String& 
     case gis::FieldFormat::Decimal:
         return acceptDecimal(constraintsOf(library, field.field), field.decimalDigits, text);
     case gis::FieldFormat::Date: {
-        // What is no real day would be saved as no value: shown at once, not after saving.
+        // What is no real day would be saved as no value: shown at once, not after saving. A year
+        // before 1000 stays as typed: shown with fewer digits it is no date.
         const orv::CPolyValue day = valueOfCellText(text, field.format);
         const orv::String shown = cellText(day, 0);
         if (valueOfCellText(shown, field.format) == day)
-            text
-                = shown; // a year before 1000 stays as typed: shown with fewer digits it is no date
+            text = shown;
         return true;
     }
     default:
