@@ -29,7 +29,7 @@ void CDlgQueryPage2::OnSetActive()
         m_grid->SetEditable(false);
         const bool areColumnsRead = m_readTable == sheet().Table();
         m_grid->FillEntities(sheet().Found(), areColumnsRead);
-        m_readTable = m_grid->areColumnsRead() ? sheet().Table() : nullptr;
+        m_readTable = m_grid->reading() == kit::WorkEnd::Done ? sheet().Table() : nullptr;
         layout()->addWidget(m_grid.get());
         if (m_widthsOf == sheet().Table())
             m_grid->setColumnWidths(m_widths);

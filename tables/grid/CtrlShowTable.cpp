@@ -7,10 +7,11 @@
 #include "tables/grid/GridView.h"
 
 #include "kit/Form.h"
-#include "kit/LongWork.h"
+#include "kit/MessageBox.h"
 #include "kit/Progress.h"
 #include "kit/WaitCursor.h"
 #include "kit/texts/QtText.h"
+#include "kit/texts/TextLoader.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -102,6 +103,7 @@ void CCtrlShowTable::connectView()
     connect(m_findBar, &tables::CFindBar::closed, this, &CCtrlShowTable::closeFind);
     connect(&m_model, &CGridModel::aboutToSort, this, &CCtrlShowTable::beforeSort);
     connect(&m_model, &CGridModel::sorted, this, &CCtrlShowTable::afterSort);
+    connect(&m_model, &CGridModel::sortFailed, this, &CCtrlShowTable::onSortFailed);
     connect(&m_model, &CGridModel::entryRefused, this, &CCtrlShowTable::onEntryRefused);
     connect(&m_model, &CGridModel::entryTaken, this, &CCtrlShowTable::renderStatus);
 }
@@ -109,7 +111,7 @@ void CCtrlShowTable::connectView()
 void CCtrlShowTable::Fill()
 {
     m_grid.contents().fill();
-    m_areColumnsRead = readColumns();
+    m_reading = readColumns();
     afterFill();
     selectFillRows(m_grid.rowsSelectedInDrawing());
     renderStatus();
@@ -120,24 +122,24 @@ void CCtrlShowTable::Fill()
 void CCtrlShowTable::Fill(const std::vector<orv::CResultRow*>& rows)
 {
     m_grid.contents().fill(rows);
-    m_areColumnsRead = readColumns();
+    m_reading = readColumns();
     afterFill();
 }
 
 void CCtrlShowTable::FillEntities(const std::vector<gis::CEnt*>& entities, bool areColumnsRead)
 {
     m_grid.contents().fill(std::span<gis::CEnt* const>(entities));
-    m_areColumnsRead = areColumnsRead || readColumns();
+    m_reading = areColumnsRead ? kit::WorkEnd::Done : readColumns();
     afterFill();
 }
 
 // Columns that are still in a file are read before the first cell is painted, where the user sees
-// how far it is. Stopped, the cells are read when they come into sight.
-bool CCtrlShowTable::readColumns()
+// how far it is. Without them the cells are read when they come into sight.
+kit::WorkEnd CCtrlShowTable::readColumns()
 {
     tables::CGridContents& contents = m_grid.contents();
     if (!contents.hasColumns())
-        return true;
+        return kit::WorkEnd::Done;
     return kit::runLongWork(
         this, QStringLiteral("Lettura della tabella…"), [&](kit::WorkToken& token) {
             for (int field = 0; field < contents.fieldCount() && !token.isCancelled(); ++field) {
@@ -234,6 +236,14 @@ void CCtrlShowTable::beforeSort()
     m_view->clearSelection();
 }
 
+void CCtrlShowTable::onSortFailed()
+{
+    FMessageBox(this,
+        QStringLiteral("La tabella non può essere ordinata: memoria insufficiente.\n"
+                       "Chiudere altri programmi e riprovare."),
+        kit::text(texts::Attention), kit::BoxIcon::Exclamation, kit::BoxButtons::Ok);
+}
+
 void CCtrlShowTable::afterSort()
 {
     m_view->showOrder(m_model);
@@ -299,6 +309,15 @@ void CCtrlShowTable::setColumnWidths(const std::vector<int>& widths)
     const int count = std::min(m_model.columnCount(), static_cast<int>(widths.size()));
     for (int column = 0; column < count; ++column)
         m_view->setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
+}
+
+void CCtrlShowTable::putBefore(QWidget& next)
+{
+    QWidget* last = m_view;
+    for (QWidget* each = last; isAncestorOf(each); each = each->nextInFocusChain())
+        if (each->focusPolicy() & Qt::TabFocus)
+            last = each;
+    setTabOrder(last, &next);
 }
 
 void CCtrlShowTable::findNext(bool isForward)

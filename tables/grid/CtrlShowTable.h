@@ -5,6 +5,8 @@
 #include "tables/grid/CtrlDlgShowTable.h"
 #include "tables/grid/GridModel.h"
 
+#include "kit/LongWork.h"
+
 #include <QPersistentModelIndex>
 #include <QWidget>
 
@@ -40,22 +42,26 @@ public:
     /// value is missing.
     bool Save();
 
-    /// True when reading the columns was not stopped in the last fill.
-    [[nodiscard]] bool areColumnsRead() const { return m_areColumnsRead; }
+    /// How reading the columns ended in the last fill; where it did not get to the end, cells are
+    /// read when they come into sight.
+    [[nodiscard]] kit::WorkEnd reading() const { return m_reading; }
     /// Widths that the user gave the columns, in pixels.
     [[nodiscard]] std::vector<int> columnWidths() const;
     void setColumnWidths(const std::vector<int>& widths);
+    /// Tab leads to this widget from the last of the grid's own, those that find texts included.
+    void putBefore(QWidget& next);
 
     [[nodiscard]] tables::CGridView& view() const { return *m_view; }
     [[nodiscard]] tables::CGridModel& model() { return m_model; }
 
 private:
     void connectView();
-    bool readColumns();
+    kit::WorkEnd readColumns();
     void afterFill();
     void selectFillRows(const std::vector<int>& fillRows);
     void beforeSort();
     void afterSort();
+    void onSortFailed();
     void onEntryRefused(const QModelIndex& index);
     void showRefusal();
     void copy();
@@ -72,7 +78,7 @@ private:
     QLabel* m_hint;
     QPersistentModelIndex m_refused; // its message is still to be shown
     std::vector<int> m_selectedFillRows; // while the rows change places
-    bool m_areColumnsRead = false;
+    kit::WorkEnd m_reading = kit::WorkEnd::Done;
     QString m_notFound;
     int m_lostSelection = 0; // rows that were too many pieces to stay selected
 };

@@ -25,14 +25,14 @@ CDlgShowTable::CDlgShowTable(gis::CLibGis* library, gis::CDBTable* table, QWidge
     kit::prepareDialog(*this, "CDlgShowTable", { 304, 238 });
     layout()->setSizeConstraint(
         QLayout::SetNoConstraint); // the least size is the dialog's own rule
-    setTabOrder(m_grid, m_ui->id1);
+    m_grid->putBefore(*m_ui->id1);
     setTabOrder(m_ui->id1, m_ui->id2);
     connect(m_ui->id1, &QPushButton::clicked, this, &CDlgShowTable::accept);
     connect(m_ui->id2, &QPushButton::clicked, this, &CDlgShowTable::reject);
     m_grid->Fill();
     // "Annulla" while the table was being read: it is not to be opened. Once the window runs, for
     // there is nothing to be closed before.
-    if (!m_grid->areColumnsRead())
+    if (m_grid->reading() == kit::WorkEnd::Stopped)
         QMetaObject::invokeMethod(this, &QDialog::reject, Qt::QueuedConnection);
 }
 

@@ -4,11 +4,11 @@
 
 #include "tables/grid/GridOrder.h"
 
-#include "kit/LongWork.h"
 #include "kit/Progress.h"
 #include "kit/texts/QtText.h"
 
 #include <algorithm>
+#include <new>
 
 namespace tables {
 
@@ -135,10 +135,10 @@ Qt::ItemFlags CGridModel::flags(const QModelIndex& index) const
     return isEditable(index.column()) ? shown | Qt::ItemIsEditable : shown;
 }
 
-bool CGridModel::order(int field, Qt::SortOrder order, std::vector<int>& rows)
+kit::WorkEnd CGridModel::order(int field, Qt::SortOrder order, std::vector<int>& rows)
 {
     if (field < 0)
-        return true;
+        return kit::WorkEnd::Done;
     const auto direction
         = order == Qt::AscendingOrder ? SortDirection::Ascending : SortDirection::Descending;
     const QString label = QStringLiteral("Ordinamento in corso…");
@@ -153,8 +153,15 @@ bool CGridModel::order(int field, Qt::SortOrder order, std::vector<int>& rows)
                 rows);
         });
     kit::Progress progress(nullptr, label);
-    return orderRows(
-        m_contents, field, direction, [&](double done) { return progress.advance(done); }, rows);
+    try {
+        return orderRows(
+                   m_contents, field, direction,
+                   [&](double done) { return progress.advance(done); }, rows)
+            ? kit::WorkEnd::Done
+            : kit::WorkEnd::Stopped;
+    } catch (const std::bad_alloc&) {
+        return kit::WorkEnd::Failed;
+    }
 }
 
 void CGridModel::sort(int column, Qt::SortOrder order)
@@ -162,8 +169,11 @@ void CGridModel::sort(int column, Qt::SortOrder order)
     std::vector<int> rows;
     const bool isField = column >= 0 && column < m_contents.fieldCount();
     Q_EMIT aboutToSort(); // what is being typed belongs to the order
-    if (!this->order(isField ? column : -1, order, rows)) {
-        Q_EMIT sorted(); // stopped: everything as it was, the header's mark included
+    const kit::WorkEnd end = this->order(isField ? column : -1, order, rows);
+    if (end != kit::WorkEnd::Done) {
+        Q_EMIT sorted(); // everything as it was, the header's mark included
+        if (end == kit::WorkEnd::Failed)
+            Q_EMIT sortFailed();
         return;
     }
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);

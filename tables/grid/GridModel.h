@@ -4,6 +4,8 @@
 
 #include "tables/grid/GridContents.h"
 
+#include "kit/LongWork.h"
+
 #include <QAbstractTableModel>
 
 namespace tables {
@@ -46,12 +48,14 @@ Q_SIGNALS:
     void entryRefused(const QModelIndex& index);
     void entryTaken(const QModelIndex& index);
     void aboutToSort();
-    /// Also when sorting was stopped and the order is as it was.
+    /// Also when sorting was stopped or failed and the order is as it was.
     void sorted();
+    /// After that: what was wanted could not be done, for lack of memory.
+    void sortFailed();
 
 private:
     [[nodiscard]] bool isCell(const QModelIndex& index) const;
-    bool order(int field, Qt::SortOrder order, std::vector<int>& rows);
+    kit::WorkEnd order(int field, Qt::SortOrder order, std::vector<int>& rows);
 
     CGridContents& m_contents;
     std::vector<int> m_order; // fill row by view row; empty for fill order

@@ -19,7 +19,8 @@ TEST(LongWorkTest, QuickWorkShowsNothing)
     const CancelWhenShown cancel;
     int sum = 0;
 
-    EXPECT_TRUE(kit::runLongWork(nullptr, QStringLiteral("Conto"), [&](auto&) { sum = 42; }));
+    EXPECT_EQ(kit::runLongWork(nullptr, QStringLiteral("Conto"), [&](auto&) { sum = 42; }),
+        kit::WorkEnd::Done);
 
     EXPECT_EQ(sum, 42);
     EXPECT_EQ(cancel.seen, 0);
@@ -34,7 +35,7 @@ TEST(LongWorkTest, LongWorkCanBeStopped)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
     };
 
-    EXPECT_FALSE(kit::runLongWork(nullptr, QStringLiteral("Conto"), endless));
+    EXPECT_EQ(kit::runLongWork(nullptr, QStringLiteral("Conto"), endless), kit::WorkEnd::Stopped);
 
     EXPECT_GE(cancel.seen, 1);
     EXPECT_EQ(cancel.caption, QStringLiteral("Annulla"));
@@ -45,8 +46,9 @@ TEST(LongWorkTest, LongWorkCanBeStopped)
 
 TEST(LongWorkTest, AnExceptionOfTheWorkIsAFailure)
 {
-    EXPECT_FALSE(kit::runLongWork(
-        nullptr, QStringLiteral("Conto"), [](auto&) { throw std::runtime_error("x"); }));
+    EXPECT_EQ(kit::runLongWork(
+                  nullptr, QStringLiteral("Conto"), [](auto&) { throw std::runtime_error("x"); }),
+        kit::WorkEnd::Failed);
 }
 
 TEST(ProgressTest, SlicesGoOnUntilTheUserStopsThem)

@@ -197,7 +197,7 @@ TEST(LongWorkAfterCancelTest, WindowsGoOnBeingPaintedUntilTheWorkHasEnded)
     });
     paints.start(1);
 
-    EXPECT_FALSE(kit::runLongWork(nullptr, QStringLiteral("Conto"), [&](kit::WorkToken& token) {
+    const auto end = kit::runLongWork(nullptr, QStringLiteral("Conto"), [&](kit::WorkToken& token) {
         token.report(0.3);
         while (!token.isCancelled())
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -207,8 +207,9 @@ TEST(LongWorkAfterCancelTest, WindowsGoOnBeingPaintedUntilTheWorkHasEnded)
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }
         isStopping = false;
-    }));
+    });
 
+    EXPECT_EQ(end, kit::WorkEnd::Stopped);
     EXPECT_GE(eventsWhileStopping, 3);
     EXPECT_EQ(aboveTheOthers, eventsWhileStopping)
         << "the work still reads: other windows must take no input";

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <new>
 #include <thread>
 
 namespace support {
@@ -25,6 +26,8 @@ public:
             ++askedHere;
         else // only there may it take long
             std::this_thread::sleep_for(m_delay);
+        if (throwsAside && std::this_thread::get_id() != m_owner)
+            throw std::bad_alloc();
         return m_columns->GetColumn(table, fieldIndex, view);
     }
     bool GetEntityRuns(gis::CTheme* theme, gis::EntityRunsView& view) override
@@ -32,6 +35,7 @@ public:
         return m_columns->GetEntityRuns(theme, view);
     }
     std::atomic<int> asked = 0;
+    std::atomic<bool> throwsAside = false; // on other threads: as if memory were short there
     std::atomic<int> askedHere = 0; // on the thread that made this
 
 private:

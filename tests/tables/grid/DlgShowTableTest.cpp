@@ -41,6 +41,27 @@ void enter(QDialog& dialog, int row, int column, const char* text)
 
 } // namespace
 
+TEST(DlgShowTableTest, TabLeadsFromTheCellsThroughWhatFindsInThemToTheButtons)
+{
+    CRecordingLibrary library(Streets);
+    CDlgShowTable dialog(&library, library.GetTable(0));
+    dialog.show();
+    dialog.activateWindow();
+    QApplication::processEvents();
+    QTest::keyClick(&ui::at<QTableView>(dialog, 1000), Qt::Key_F, Qt::ControlModifier);
+    const auto* sought = dialog.findChild<QLineEdit*>(QStringLiteral("sought"));
+    ASSERT_TRUE(sought && sought->hasFocus());
+
+    for (int i = 0; i < 3; ++i) { // previous, next, close
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(QApplication::focusWidget()->parentWidget(), sought->parentWidget());
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(ui::at<QPushButton>(dialog, 1).hasFocus());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(ui::at<QPushButton>(dialog, 2).hasFocus());
+}
+
 TEST(DlgShowTableTest, OkSavesAndCloses)
 {
     CRecordingLibrary library(Streets);

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <QClipboard>
+#include <QHeaderView>
 #include <QTest>
 
 #include <thread>
@@ -92,6 +93,52 @@ TEST_F(GridLongWorkTest, ATableWhoseReadingIsStoppedIsNotOpened)
     EXPECT_FALSE(kit::runModal(dialog));
     EXPECT_GE(cancel.seen, 1);
     EXPECT_TRUE(library.changes().empty());
+}
+
+TEST_F(GridLongWorkTest, ATableWhoseReadingFailsIsOpenedAndItsCellsAreReadHere)
+{
+    library.offerColumns();
+    columns.emplace(static_cast<gis::IColumns*>(library.Extension(gis::ColumnsExtension)), 0);
+    columns->throwsAside = true;
+    library.offer(gis::ColumnsExtension, static_cast<gis::IColumns*>(&*columns));
+    const ui::CModalDriver driver; // no message comes
+
+    CDlgShowTable dialog(&library, library.GetTable(0));
+    dialog.show();
+    QApplication::processEvents();
+
+    EXPECT_TRUE(dialog.isVisible()) << "nobody pressed Annulla";
+    const auto* shown = dialog.findChild<QTableView*>()->model();
+    EXPECT_EQ(shown->index(1, 0).data().toString(), QStringLiteral("due"));
+    EXPECT_EQ(shown->index(1, 7).data().toString(), QStringLiteral("8"));
+}
+
+TEST_F(GridLongWorkTest, ASortingThatFailsSaysSoAndLeavesTheOrder)
+{
+    openOverColumns(0);
+    grid->view().sortByColumn(7, Qt::DescendingOrder);
+    ASSERT_EQ(text(0, 0), "due");
+    columns->throwsAside = true;
+    {
+        ui::CModalDriver driver;
+        driver.box(QStringLiteral("La tabella non può essere ordinata: memoria insufficiente.\n"
+                                  "Chiudere altri programmi e riprovare."),
+            kit::Answer::Ok, [](QMessageBox& box) {
+                EXPECT_EQ(box.windowTitle(), QStringLiteral("Attenzione!"));
+                EXPECT_EQ(box.icon(), QMessageBox::Warning);
+            });
+
+        grid->view().sortByColumn(1, Qt::AscendingOrder);
+
+        EXPECT_EQ(driver.stepsTaken(), 1);
+    }
+    EXPECT_EQ(text(0, 0), "due");
+    EXPECT_EQ(grid->model().sortedField(), 7);
+    EXPECT_EQ(grid->view().horizontalHeader()->sortIndicatorSection(), 7);
+
+    columns->throwsAside = false;
+    grid->view().sortByColumn(1, Qt::AscendingOrder);
+    EXPECT_EQ(text(0, 0), "uno");
 }
 
 TEST(GridCopyTest, ACopyThatIsStoppedLeavesTheClipboardAsItWas)
