@@ -115,8 +115,9 @@ std::optional<GatheredValues> CCtrlDlgQuery::clickField(int row)
 {
     if (!m_theme || row < 0 || row == m_field)
         return std::nullopt;
-    m_field = row;
-    return gatherValues(*m_library, m_theme, row);
+    GatheredValues gathered = gatherValues(*m_library, m_theme, row);
+    m_field = gathered.isReadable ? row : -1;
+    return gathered;
 }
 
 gis::CDBTable* CCtrlDlgQuery::table() const
@@ -140,7 +141,8 @@ std::vector<int> CCtrlDlgQuery::fieldsOfFilter(const orv::String& filter) const
     return root ? fieldsOf(m_library, m_theme, *root) : std::vector<int>();
 }
 
-std::optional<kit::Message> CCtrlDlgQuery::run(const orv::String& filter)
+std::optional<kit::Message> CCtrlDlgQuery::run(
+    const orv::String& filter, const std::vector<int>& fields)
 {
     m_executor = std::make_unique<CQueryExecute>(m_library, m_theme);
     const bool isRight = m_executor->SetQueryFilter(filter);
@@ -148,9 +150,9 @@ std::optional<kit::Message> CCtrlDlgQuery::run(const orv::String& filter)
     if (isRight)
         m_executor->Execute(m_found);
     m_unreadable.reset();
-    if (isRight && m_found.empty())
-        if (const auto root = parseFilter(filter.View(), ErrorReport::Silent).root)
-            m_unreadable = query::unreadableField(m_library, m_theme, *root);
+    for (std::size_t i = 0; m_found.empty() && !m_unreadable && i < fields.size(); ++i)
+        if (!isReadable(*m_library, table(), fields[i]))
+            m_unreadable = m_library->GetFieldName(m_library->GetField(table(), fields[i]));
     if (m_library)
         if (void* extension = m_library->Extension(gis::FeedbackExtension))
             static_cast<gis::IFeedback*>(extension)->ShowFound(m_drawing, m_found);

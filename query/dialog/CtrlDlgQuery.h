@@ -48,7 +48,8 @@ public:
     [[nodiscard]] std::vector<Named> fields() const;
 
     /// A field was clicked: its values, or nothing where there is nothing to do (no row, or the
-    /// field whose values are listed already).
+    /// field whose values are listed already). A field that could not be read is not listed: each
+    /// click asks for it again.
     [[nodiscard]] std::optional<GatheredValues> clickField(int row);
 
     /// Fields that have to be read before a click on a row of the fields, or a run, can answer;
@@ -59,8 +60,10 @@ public:
     [[nodiscard]] ColumnSource columns() const;
     [[nodiscard]] gis::CDBTable* table() const;
 
-    /// Runs a filter. The refusal to be shown when its text is wrong; then nothing is found.
-    [[nodiscard]] std::optional<kit::Message> run(const orv::String& filter);
+    /// Runs a filter that names these fields. The refusal to be shown when its text is wrong; then
+    /// nothing is found.
+    [[nodiscard]] std::optional<kit::Message> run(
+        const orv::String& filter, const std::vector<int>& fields);
     /// The field that the host could not read, so that the last run found nothing.
     [[nodiscard]] const std::optional<orv::String>& unreadableField() const { return m_unreadable; }
     /// Entities found by the last run, in entity order; they may be taken.

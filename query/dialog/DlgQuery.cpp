@@ -6,6 +6,7 @@
 #include "query/dialog/DlgQuerySheet.h"
 #include "query/dialog/ValueListModel.h"
 #include "query/execution/Readings.h"
+#include "tables/grid/CtrlShowTable.h"
 
 #include "kit/Form.h"
 #include "kit/HandleListModel.h"
@@ -18,6 +19,7 @@
 
 #include <QAction>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 #include <utility>
@@ -80,7 +82,7 @@ void CDlgQuery::bindLists()
 {
     // Clicks, not changes of the current row: walking through the fields with the keys must not
     // gather the values of each.
-    connect(m_ui->id2068, &QListView::clicked, this, &CDlgQuery::onFieldClicked);
+    connect(m_ui->id2068, &QListView::clicked, this, [this] { onFieldClicked(m_ui->id2068); });
     connect(m_ui->id2068, &QListView::doubleClicked, this, &CDlgQuery::onFieldDoubleClicked);
     connect(m_ui->id2069, &QListView::doubleClicked, this, &CDlgQuery::onValueDoubleClicked);
     // The Menu key and the right button offer what a double click does.
@@ -127,7 +129,7 @@ bool CDlgQuery::eventFilter(QObject* watched, QEvent* event)
         const bool isDouble
             = isReturn && (key->modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
         if (isField && (key->key() == Qt::Key_Space || isDouble))
-            onFieldClicked();
+            onFieldClicked(nullptr);
         if (isDouble)
             isField ? onFieldDoubleClicked() : onValueDoubleClicked();
         if (isDouble || key->key() == Qt::Key_Space)
@@ -165,11 +167,15 @@ void CDlgQuery::renderTheme()
     m_sheet->FilterPage().SetHistory(m_history.filtersOf(m_query.themeName()));
 }
 
-void CDlgQuery::onFieldClicked()
+/// `clicked`: the list that the mouse clicked; null where the click was made with the keys.
+void CDlgQuery::onFieldClicked(QAbstractItemView* clicked)
 {
+    if (m_isFieldClicked)
+        return; // the second click of a double click: the first is being answered
+    const QScopedValueRollback<bool> answering(m_isFieldClicked, true);
     const kit::WaitCursor wait;
     const int row = selectedRow(*m_ui->id2068);
-    if (!readColumns(m_query.fieldsOfClick(row)))
+    if (!readColumns(m_query.fieldsOfClick(row), clicked))
         return; // stopped: the click has not happened
     auto values = m_query.clickField(row);
     if (!values)
@@ -181,21 +187,21 @@ void CDlgQuery::onFieldClicked()
 }
 
 /// Columns that still lie in a file are read on another thread, where the user sees how far it is.
-/// False when that was stopped.
-bool CDlgQuery::readColumns(const std::vector<int>& fields)
+/// False when that was stopped; what failed there is read here, cell by cell where need be.
+bool CDlgQuery::readColumns(const std::vector<int>& fields, QAbstractItemView* clicked)
 {
     const query::ColumnSource columns = m_query.columns();
     gis::CDBTable* const table = m_query.table();
     if (fields.empty() || !columns)
         return true;
-    bool isStopped = false;
-    kit::runLongWork(this, QStringLiteral("Lettura dei campi…"), [&](kit::WorkToken& token) {
-        isStopped = !query::readColumns(columns, table, fields, [&token](double fraction) {
+    const auto read = [&](kit::WorkToken& token) {
+        query::readColumns(columns, table, fields, [&token](double fraction) {
             token.report(fraction);
             return !token.isCancelled();
-        }) || token.isCancelled();
-    });
-    return !isStopped;
+        });
+    };
+    return kit::runLongWork(this, QStringLiteral("Lettura dei campi…"), read, clicked)
+        != kit::WorkEnd::Stopped;
 }
 
 void CDlgQuery::tellUnreadable(const QString& field)
@@ -225,9 +231,10 @@ void CDlgQuery::onRun()
     std::optional<kit::Message> refusal;
     {
         const kit::WaitCursor wait;
-        if (!readColumns(m_query.fieldsOfFilter(kit::fromQt(filter))))
+        const auto fields = m_query.fieldsOfFilter(kit::fromQt(filter));
+        if (!readColumns(fields))
             return; // stopped: the result before stays
-        refusal = m_query.run(kit::fromQt(filter));
+        refusal = m_query.run(kit::fromQt(filter), fields);
     }
     if (refusal)
         FMessageBox(this, *refusal);
@@ -249,10 +256,10 @@ void CDlgQuery::onRun()
 /// The grid of the result is made late, so it would come after the buttons below it.
 void CDlgQuery::putButtonsLast()
 {
-    auto* view = m_sheet->findChild<QAbstractItemView*>(kit::controlName(kit::IdGrid));
-    if (!view)
+    auto* grid = m_sheet->findChild<CCtrlShowTable*>();
+    if (!grid)
         return;
-    setTabOrder(view, m_ui->id2081);
+    grid->putBefore(*m_ui->id2081);
     setTabOrder(m_ui->id2081, m_ui->id1);
 }
 

@@ -39,8 +39,8 @@ private:
     void fillThemes();
     void onThemeChanged();
     void renderTheme();
-    void onFieldClicked();
-    bool readColumns(const std::vector<int>& fields);
+    void onFieldClicked(QAbstractItemView* clicked);
+    bool readColumns(const std::vector<int>& fields, QAbstractItemView* clicked = nullptr);
     void putButtonsLast();
     void tellUnreadable(const QString& field);
     void onFieldDoubleClicked();
@@ -59,4 +59,5 @@ private:
     kit::CHandleListModel* m_fields;
     query::CValueListModel* m_values;
     CDlgQuerySheet* m_sheet;
+    bool m_isFieldClicked = false; // and not yet answered
 };

@@ -97,6 +97,21 @@ TEST_F(DlgQueryKeysTest, TabLeadsFromTheTabsToTheResultBeforeTheButtons)
     EXPECT_EQ(tabs(3), (QList<QWidget*> { &filter(), button(IdRun), button(IdOk) }));
 }
 
+TEST_F(DlgQueryKeysTest, TabLeadsFromTheResultThroughWhatFindsInItToTheButtons)
+{
+    open();
+    run("Corsie = 9");
+    QTest::keyClick(grid(), Qt::Key_F, Qt::ControlModifier);
+    auto* sought = m_dialog->findChild<QLineEdit*>(QStringLiteral("sought"));
+    ASSERT_TRUE(sought && sought->hasFocus());
+
+    const QList<QWidget*> reached = tabs(5);
+
+    for (int i = 0; i < 3; ++i) // previous, next, close
+        EXPECT_EQ(reached[i]->parentWidget(), sought->parentWidget());
+    EXPECT_EQ(reached.mid(3), (QList<QWidget*> { button(IdRun), button(IdOk) }));
+}
+
 TEST_F(DlgQueryKeysTest, AGridMadeWhenItsPageIsShownLaterIsReachedBeforeTheButtonsToo)
 {
     open();

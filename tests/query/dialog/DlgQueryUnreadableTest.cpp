@@ -125,6 +125,24 @@ TEST_F(DlgQueryUnreadableTest, AClickOnTheFieldTellsItAndListsNothing)
     EXPECT_EQ(joined(rows(values())), "Via Po, Via Roma");
 }
 
+TEST_F(DlgQueryUnreadableTest, EachClickOnTheFieldTellsItUntilItCanBeRead)
+{
+    open();
+    for (int i = 0; i < 2; ++i) {
+        ui::CModalDriver driver;
+        expectTold(driver, "Corsie");
+
+        click(fields(), Lanes);
+
+        EXPECT_EQ(driver.stepsTaken(), 1);
+    }
+    m_readings.unreadable.clear(); // its file came back
+
+    click(fields(), Lanes);
+
+    EXPECT_EQ(joined(rows(values())), "9, 10, 100");
+}
+
 TEST_F(DlgQueryUnreadableTest, TheLineUnderTheFilterSaysThatItCannotBeRead)
 {
     open();
