@@ -13,6 +13,7 @@
 #include "kit/WaitCursor.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFileInfo>
@@ -76,7 +77,6 @@ MainWindow::MainWindow()
             entity ? std::vector<gis::CEnt*> { entity } : std::vector<gis::CEnt*> {});
         tellFailedRead();
     });
-    connect(&m_document, &Document::opened, this, [this] { m_failedRead.reset(); });
     m_failedReadTimer.setSingleShot(true);
     connect(&m_failedReadTimer, &QTimer::timeout, this, &MainWindow::onFailedReadDue);
     connect(m_canvas, &MapCanvas::opened, this, &MainWindow::showEntityForm);
@@ -328,6 +328,7 @@ void MainWindow::dropEvent(QDropEvent* event)
 
 void MainWindow::onOpened()
 {
+    m_failedRead.reset(); // of the library before
     m_isFirstContent = true;
     m_unprotected->hide();
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/Paths.h"
 
+#include "embedded/store/ReplacedFile.h"
+
 #include "host/base/Numbers.h"
 
 #include <algorithm>
@@ -15,11 +17,11 @@ namespace {
 
 constexpr const char* ShapefileParts[] = { ".shp", ".shx", ".dbf", ".prj", ".cpg", ".dbt", ".fpt" };
 
-/// Links followed as far as the path is there; as given where that cannot be found out.
+/// Links followed, as writing follows them; as given where that cannot be found out.
 fs::path wholePath(const std::string& path)
 {
     std::error_code problem;
-    const fs::path whole = fs::weakly_canonical(fs::absolute(path, problem), problem);
+    const fs::path whole = fs::weakly_canonical(embedded::store::placeOf(path), problem);
     return problem ? fs::path(path) : whole;
 }
 

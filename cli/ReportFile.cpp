@@ -39,6 +39,8 @@ using embedded::store::failWith;
 void writeAll(int descriptor, std::string_view text, const std::string& path)
 {
     std::FILE* file = descriptor >= 0 ? ::fdopen(descriptor, "wb") : nullptr;
+    if (descriptor >= 0 && !file)
+        ::close(descriptor);
     const bool isWritten = file && std::fwrite(text.data(), 1, text.size(), file) == text.size();
     const bool isClosed = file && std::fclose(file) == 0; // some file systems are full only now
     if (!isWritten || !isClosed)
@@ -65,6 +67,8 @@ bool writeStraight(const std::string& path, const std::string& text)
     struct stat place { };
     if (::stat(path.c_str(), &place) != 0)
         return false;
+    if (S_ISDIR(place.st_mode))
+        failWith(ErrorCode::NotAFile, path);
     const int stream = standardStream(place);
     if (stream < 0 && S_ISREG(place.st_mode))
         return false;

@@ -3,12 +3,13 @@
 #include "embedded/drawing/RenderFile.h"
 
 #include "embedded/drawing/MapPicture.h"
-#include "embedded/model/Library.h"
+#include "embedded/model/Theme.h"
 
 #include <QByteArray>
 #include <QGuiApplication>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 
@@ -71,7 +72,8 @@ extern "C" int tematicaRenderFile(const TematicaRenderRequest* request)
         if (themes.empty())
             themes = embedded::visibleThemes(*request->library);
         embedded::MapContent content = embedded::mapContent(*request->library, themes);
-        if (embedded::Library::of(request->library)->failedRead())
+        if (std::any_of(themes.begin(), themes.end(),
+                [](const gis::CTheme* theme) { return theme->geometryFailure(); }))
             return 2;
         content.legend = request->legend;
         const QSize size(request->width, request->height);

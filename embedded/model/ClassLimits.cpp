@@ -14,7 +14,8 @@ namespace {
 
 using Limits = std::numeric_limits<int>;
 
-/// Neither the default class nor that of rows without a value.
+/// Not so the default class and that of rows without a value, which follows it, nor an interval
+/// whose limits the user took away.
 bool hasLimits(const gis::CFeatureClass& one)
 {
     return !one.low.IsEmpty() || !one.high.IsEmpty();
@@ -124,9 +125,10 @@ void makeDecimal(Classes& classes)
     }
 }
 
-bool isEmptyClass(const gis::CFeatureClass& one)
+/// The first interval always has a limit.
+bool hasEmptyClass(const Classes& classes)
 {
-    return !one.isDefault && !hasLimits(one);
+    return classes.size() > 1 && !hasLimits(*classes[1]);
 }
 
 } // namespace
@@ -143,14 +145,11 @@ void convertClasses(ThematicMap& map, gis::FieldFormat from, int decimalDigits, 
         makeWhole(classes);
     else
         makeDecimal(classes);
-    if (hasEmptyRows && std::none_of(classes.begin(), classes.end(), [](const auto& one) {
-            return isEmptyClass(*one);
-        }))
+    if (hasEmptyRows && !hasEmptyClass(classes))
         classes.insert(classes.begin() + (classes.empty() ? 0 : 1), emptyValuesClass());
     if (map.type == gis::MapType::Interval)
-        map.classCount = std::max(1,
-            static_cast<int>(std::count_if(
-                classes.begin(), classes.end(), [](const auto& one) { return hasLimits(*one); })));
+        map.classCount
+            = std::max(1, static_cast<int>(classes.size()) - (hasEmptyClass(classes) ? 2 : 1));
 }
 
 } // namespace embedded

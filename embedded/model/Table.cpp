@@ -6,6 +6,7 @@
 #include "host/base/Numbers.h"
 
 #include <algorithm>
+#include <chrono>
 #include <mutex>
 
 namespace gis {
@@ -209,7 +210,11 @@ bool CDBTable::loadColumn(int fieldIndex, const embedded::IsStopped& isStopped)
     ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
     if (slot.loaded)
         return true;
-    const std::lock_guard lock(m_data->library.readingMutex());
+    constexpr std::chrono::milliseconds askAgain(10);
+    std::unique_lock lock(m_data->library.readingMutex(), std::defer_lock);
+    while (!lock.try_lock_for(askAgain))
+        if (isStopped && isStopped())
+            return false;
     if (slot.loaded) // by another thread meanwhile
         return true;
     auto read = readColumn(fieldIndex, isStopped);
@@ -295,8 +300,10 @@ embedded::Column& CDBTable::columnForCells(int fieldIndex)
 void CDBTable::markCellChanged(int row, int fieldIndex)
 {
     ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
+    if (row >= m_data->storedRows)
+        return;
     slot.isWritten = true;
-    if (slot.allChanged || row >= m_data->storedRows)
+    if (slot.allChanged)
         return;
     const auto word = static_cast<std::size_t>(row) / 64;
     if (slot.changed.size() <= word)

@@ -95,7 +95,7 @@ public:
     bool loadColumn(int fieldIndex, const embedded::IsStopped& isStopped);
     [[nodiscard]] bool isColumnLoaded(int fieldIndex) const;
     /// Why the column's cells could not be read and are empty only therefore; null for others.
-    /// Until the column is read again.
+    /// Until the column is read again. Thread: the library's, while nobody reads the column.
     [[nodiscard]] const embedded::Error* columnFailure(int fieldIndex) const;
     /// The same of the first column that could not be read.
     [[nodiscard]] const embedded::Error* failedColumn() const;

@@ -223,6 +223,7 @@ Result<void> Exporter::takePlaces()
 /// that; other themes of the library are no matter.
 Result<void> Exporter::readAll()
 {
+    m_theme.forgetFailedGeometry(); // the reason may be gone
     static_cast<void>(m_theme.geometry());
     static_cast<void>(m_theme.table->readAllColumns());
     const Error* failed = m_theme.geometryFailure();

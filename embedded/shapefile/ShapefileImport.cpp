@@ -131,7 +131,7 @@ private:
     Result<void> createUnasked();
     Result<void> createThrough(gis::IGisMerger& merger);
     void fillTable(gis::CDBTable& table);
-    void prepareTheme();
+    Result<void> prepareTheme();
     bool addEntities(int firstEntity);
     void addParts(EntityStore& entities, const ShapeView& shape) const;
     void recordPoints(std::size_t before);
@@ -179,9 +179,9 @@ Result<void> Importer::createThrough(gis::IGisMerger& merger)
     fillTable(*loaded);
     std::vector<int> mapping;
     merger.OnAfterLoadTable(target, existing, loaded, mapping);
-    if (existing && existing->failedColumn())
-        return *existing->failedColumn(); // which is why nobody could decide
     merger.GetTable(0, m_table, m_rowOffset);
+    if (!m_table && existing && existing->failedColumn())
+        return *existing->failedColumn(); // which is why nothing was merged
     const int rows = static_cast<int>(m_shapefile.shapes.size());
     if (!m_table || m_rowOffset < 0 || m_table->rowCount() < m_rowOffset + rows)
         return clash(m_name);
@@ -210,10 +210,14 @@ void Importer::fillTable(gis::CDBTable& table)
         table.setColumn(static_cast<int>(i), std::move(m_shapefile.columns[i].column));
 }
 
-void Importer::prepareTheme()
+/// Errors: those of reading the theme's own shapes, without which it could not be saved.
+Result<void> Importer::prepareTheme()
 {
     gis::CTheme* const theme = m_theme;
+    theme->forgetFailedGeometry();
     const EntityStore& entities = theme->geometry();
+    if (const Error* failed = theme->geometryFailure())
+        return *failed;
     // What the file says of itself is taken on by a theme that holds nothing yet.
     if (entities.entityCount() == 0 && theme->referenceSystem.definition.empty()
         && !m_shapefile.referenceSystem.definition.empty()) {
@@ -228,16 +232,17 @@ void Importer::prepareTheme()
     }
     const bool lacksMeasures = m_shapefile.hasMeasures && !entities.hasM();
     if (!lacksMeasures)
-        return;
+        return {};
     if (theme->addMeasures()) {
         m_library.record([theme] { theme->removeMeasures(); },
             [theme] { static_cast<void>(theme->addMeasures()); });
-        return;
+        return {};
     }
     Finding dropped;
     dropped.code = FindingCode::MeasureDropped;
     dropped.count = static_cast<std::int64_t>(m_shapefile.shapes.size());
     m_report.add(std::move(dropped));
+    return {};
 }
 
 void Importer::addParts(EntityStore& entities, const ShapeView& shape) const
@@ -330,7 +335,8 @@ Result<ShapefileImportResult> Importer::import(gis::IGisMerger* merger, gis::ILi
     const Result<void> created = merger ? createThrough(*merger) : createUnasked();
     if (!created)
         return created.error();
-    prepareTheme();
+    if (const auto prepared = prepareTheme(); !prepared)
+        return prepared.error();
     UnrecordedAdditions additions(m_library, *m_theme, pointsBefore);
     if (!addEntities(additions.firstEntity()))
         return Error { ErrorCode::Cancelled, m_name.Bytes(), {} };

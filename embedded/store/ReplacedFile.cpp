@@ -25,18 +25,6 @@ std::string reason(int error)
     return std::error_code(error, std::generic_category()).message();
 }
 
-fs::path followed(fs::path path)
-{
-    std::error_code problem;
-    for (int i = 0; i < MostLinks && fs::is_symlink(path, problem); ++i) {
-        const fs::path target = fs::read_symlink(path, problem);
-        if (problem)
-            break;
-        path = target.is_absolute() ? target : path.parent_path() / target;
-    }
-    return fs::absolute(path).lexically_normal();
-}
-
 [[noreturn]] void failForSystem(int error, const std::string& path)
 {
     const ErrorCode code = error == ENOSPC || error == EDQUOT ? ErrorCode::DiskFull
@@ -60,8 +48,21 @@ void syncPath(const std::string& path, int flags, const std::string& subject)
 
 } // namespace
 
+fs::path placeOf(fs::path path)
+{
+    std::error_code problem;
+    for (int i = 0; i < MostLinks && fs::is_symlink(path, problem); ++i) {
+        const fs::path target = fs::read_symlink(path, problem);
+        if (problem)
+            break;
+        path = target.is_absolute() ? target : path.parent_path() / target;
+    }
+    const fs::path whole = fs::absolute(path, problem);
+    return (problem ? path : whole).lexically_normal();
+}
+
 CReplacedFile::CReplacedFile(const std::string& path, Replaced kind)
-    : m_path(followed(path).string())
+    : m_path(placeOf(path).string())
     , m_kind(kind)
 {
     const fs::path place(m_path);

@@ -4,6 +4,7 @@
 
 #include "embedded/store/Connection.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -15,6 +16,9 @@ enum class Replaced {
     Library,
     PlainFile, // no database: neither a lock nor a journal beside it is its own
 };
+
+/// The place that a path leads to, links followed, also to a file that is not there yet.
+std::filesystem::path placeOf(std::filesystem::path path);
 
 /// A file that is made beside its place and put there at once when it is whole, so that the place
 /// never holds half of it. Links are followed; a file that is replaced gives its rights to the new

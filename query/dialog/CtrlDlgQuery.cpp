@@ -125,7 +125,7 @@ gis::CDBTable* CCtrlDlgQuery::table() const
     return m_theme ? m_library->GetTable(m_theme) : nullptr;
 }
 
-ColumnSource CCtrlDlgQuery::columns() const
+ColumnSource CCtrlDlgQuery::columnSource() const
 {
     return ColumnSource(m_library);
 }

@@ -53,11 +53,11 @@ public:
     [[nodiscard]] std::optional<GatheredValues> clickField(int row);
 
     /// Fields that have to be read before a click on a row of the fields, or a run, can answer;
-    /// none where there is nothing to be asked. `columns` holds
-    /// nothing for hosts that are asked cell by cell.
+    /// none where there is nothing to be asked. `columnSource` holds nothing for hosts that are
+    /// asked cell by cell.
     [[nodiscard]] std::vector<int> fieldsOfClick(int row) const;
     [[nodiscard]] std::vector<int> fieldsOfFilter(const orv::String& filter) const;
-    [[nodiscard]] ColumnSource columns() const;
+    [[nodiscard]] ColumnSource columnSource() const;
     [[nodiscard]] gis::CDBTable* table() const;
 
     /// Runs a filter that names these fields. The refusal to be shown when its text is wrong; then

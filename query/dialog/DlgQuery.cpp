@@ -190,7 +190,7 @@ void CDlgQuery::onFieldClicked(QAbstractItemView* clicked)
 /// False when that was stopped; what failed there is read here, cell by cell where need be.
 bool CDlgQuery::readColumns(const std::vector<int>& fields, QAbstractItemView* clicked)
 {
-    const query::ColumnSource columns = m_query.columns();
+    const query::ColumnSource columns = m_query.columnSource();
     gis::CDBTable* const table = m_query.table();
     if (fields.empty() || !columns)
         return true;

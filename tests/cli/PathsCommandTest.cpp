@@ -78,6 +78,19 @@ TEST_F(PathsCommandTest, AnImportsReportNeverReplacesAFileOfTheShapefile)
             report + ": the report would take the place of a file of the import");
 }
 
+TEST_F(PathsCommandTest, AReportThroughALinkNeverReplacesAFileThatIsStillToBeMade)
+{
+    const std::string toLibrary = m_folder.path("library.json");
+    const std::string toShape = m_folder.path("shape.json");
+    fs::create_symlink("new.gpkg", toLibrary);
+    const std::string empty = m_folder.path("empty");
+    fs::create_directory(empty);
+    fs::create_symlink("empty/Lampioni.dbf", toShape);
+
+    expectWrongCall({ "import", m_shape, "--into", m_new, "--report", toLibrary }, toLibrary);
+    expectWrongCall({ "export", m_lamps, "--to", empty, "--report", toShape }, toShape);
+}
+
 TEST_F(PathsCommandTest, AnImportsReportNeverReplacesTheLibrary)
 {
     const std::string roundabout = m_folder.path("out/../lamps.gpkg");

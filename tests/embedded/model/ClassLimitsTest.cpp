@@ -139,6 +139,24 @@ TEST(ClassLimitsTest, LimitsThatTheUserTookAwayOrTurnedAroundStay)
         map.classes(), "'Default' -..-, '0 - 2' 0..2, '2 - 4' 3..1, '4 - 6' 2..-, '6 - 8' -..9");
 }
 
+TEST(ClassLimitsTest, AnIntervalWithoutAnyLimitIsNoClassOfEmptyRows)
+{
+    Classified map("table T (a decimal 1); rows T: (0), (8), (99999999999)", MapType::Interval, 3);
+    map.edit([](CCtrlThemeMapEdit& edit) {
+        const orv::CPolyValue none;
+        gis::CLibGis::SetLimitValue(edit.GetFeatureClass(1), orv::CPolyValue(0.0), none);
+        gis::CLibGis::SetLimitValue(edit.GetFeatureClass(2), none, none);
+        gis::CLibGis::SetLimitValue(edit.GetFeatureClass(3), none, orv::CPolyValue(8.0));
+    });
+
+    map.change(FieldFormat::Integer); // the largest fits no integer
+
+    CCtrlThemeMapEdit edit(map.library->GetTheme(0));
+    EXPECT_EQ(edit.GetNumFeatureClasses(), 5);
+    EXPECT_EQ(edit.GetNumClasses(), 3);
+    EXPECT_EQ(gis::CLibGis::GetLabel(edit.GetFeatureClass(1)), orv::String("Vuoto"));
+}
+
 TEST(ClassLimitsTest, AMapTellsHowManyClassesItHas)
 {
     Classified map("table T (a decimal 2); rows T: (0), (1)", MapType::Interval, 4);
