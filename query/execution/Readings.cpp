@@ -70,8 +70,8 @@ bool readColumns(const ColumnSource& source, gis::CDBTable* table, const std::ve
         CStop stop(goesOn, fraction);
         if (source.readings && !source.readings->Read(table, fields[i], &stop))
             return false;
-        gis::ColumnView view;
-        if (source.columns && !source.readings)
+        gis::ColumnView view; // made now, where that takes a while
+        if (source.columns)
             static_cast<void>(source.columns->GetColumn(table, fields[i], view));
     }
     return true;
