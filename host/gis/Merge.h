@@ -49,8 +49,8 @@ public:
     ResultCompare CompareTable();
     /// Appends the incoming rows to the existing table, with the fields chosen and the conflicts
     /// resolved as recorded. Shape: `mapping[i]` is the index in the existing table of incoming
-    /// field i, -1 where it is not taken. Errors: nothing is merged, and the result stays undecided,
-    /// when cells of either table cannot be read.
+    /// field i, -1 where it is not taken. Errors: nothing is merged, and the result stays
+    /// undecided, when cells of either table cannot be read.
     void Merge(std::vector<int>& mapping);
     MergeResult GetMergeResult();
     orv::String GetTableName();

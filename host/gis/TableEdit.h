@@ -41,8 +41,8 @@ public:
 
     /// Applies the pending list, cells following their field's identity; cells of a field whose
     /// format changed are converted. Errors: false, with nothing applied, when a name is empty, two
-    /// names are equal ignoring ASCII case, the table no longer exists, cells that are kept cannot be
-    /// read, or the user cancelled.
+    /// names are equal ignoring ASCII case, the table no longer exists, cells that are kept cannot
+    /// be read, or the user cancelled.
     bool Commit();
     bool Revert();
 
