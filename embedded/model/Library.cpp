@@ -471,7 +471,7 @@ IStore* Library::store() const
 {
     return m_data->store.get();
 }
-std::timed_mutex& Library::readingMutex() const
+std::mutex& Library::readingMutex() const
 {
     return m_data->readingMutex;
 }

@@ -130,7 +130,7 @@ public:
     [[nodiscard]] IStore* store() const;
     /// Held while a column is read for the first time: one is read at a time, and others that are
     /// there already are given meanwhile.
-    [[nodiscard]] std::timed_mutex& readingMutex() const;
+    [[nodiscard]] std::mutex& readingMutex() const;
     /// Reads everything that is still only in the store, also what could not be read before (before
     /// saving elsewhere or when the file must be let go). Errors: those of the store's reading.
     Result<void> loadAll();

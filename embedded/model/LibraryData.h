@@ -43,7 +43,7 @@ struct Library::Data {
     Error failure;
     IProgress* progress = nullptr;
     std::map<std::string, void*, std::less<>> extensions;
-    std::timed_mutex readingMutex;
+    std::mutex readingMutex;
     std::mutex viewsMutex; // the views of columns and runs, which are made when they are asked for
     struct Runs {
         int entityCount = -1;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <chrono>
 #include <mutex>
+#include <thread>
 
 namespace gis {
 
@@ -210,11 +211,14 @@ bool CDBTable::loadColumn(int fieldIndex, const embedded::IsStopped& isStopped)
     ColumnSlot& slot = m_data->slots[static_cast<std::size_t>(fieldIndex)];
     if (slot.loaded)
         return true;
-    constexpr std::chrono::milliseconds askAgain(10);
     std::unique_lock lock(m_data->library.readingMutex(), std::defer_lock);
-    while (!lock.try_lock_for(askAgain))
-        if (isStopped && isStopped())
+    if (!isStopped)
+        lock.lock();
+    while (!lock.owns_lock() && !lock.try_lock()) { // another column takes long
+        if (isStopped())
             return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
     if (slot.loaded) // by another thread meanwhile
         return true;
     auto read = readColumn(fieldIndex, isStopped);
