@@ -207,6 +207,8 @@ void CCtrlShowTable::showRefusal()
 
 void CCtrlShowTable::selectFillRows(const std::vector<int>& fillRows)
 {
+    if (!fillRows.empty())
+        m_model.showAllRows();
     std::vector<bool> isSelected(static_cast<std::size_t>(m_model.rowCount()));
     for (const int row : fillRows)
         isSelected[static_cast<std::size_t>(row)] = true;
@@ -326,6 +328,7 @@ void CCtrlShowTable::findNext(bool isForward)
         m_findBar->open();
         return;
     }
+    m_model.showAllRows();
     kit::Progress progress(this, QStringLiteral("Ricerca in corso…"));
     tables::CGridFinder finder(m_model, m_findBar->sought());
     const QModelIndex current = m_view->currentIndex();
@@ -350,7 +353,8 @@ void CCtrlShowTable::closeFind()
 
 void CCtrlShowTable::renderStatus()
 {
-    QString counts = countText(m_model.rowCount(), QStringLiteral("riga"), QStringLiteral("righe"));
+    const int rows = m_grid.contents().rowCount();
+    QString counts = countText(rows, QStringLiteral("riga"), QStringLiteral("righe"));
     if (const int selected = m_view->selectedCount(); selected > 0)
         counts += QStringLiteral(", ")
             + countText(selected, QStringLiteral("selezionata"), QStringLiteral("selezionate"));

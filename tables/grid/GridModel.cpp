@@ -7,15 +7,25 @@
 #include "kit/Progress.h"
 #include "kit/texts/QtText.h"
 
+#include <QTimer>
+
 #include <algorithm>
 #include <new>
 
 namespace tables {
 
+namespace {
+
+/// A view takes some 30 ms for them.
+constexpr int MoreRows = 1 << 21;
+
+} // namespace
+
 CGridModel::CGridModel(CGridContents& contents, QObject* parent)
     : QAbstractTableModel(parent)
     , m_contents(contents)
-    , m_rowCount(contents.rowCount())
+    , m_allRows(contents.rowCount())
+    , m_rowCount(std::min(m_allRows, FirstRows))
 {
 }
 
@@ -25,8 +35,35 @@ void CGridModel::refill()
     m_order.clear();
     m_order.shrink_to_fit();
     m_sortedField = -1;
-    m_rowCount = m_contents.rowCount();
+    m_allRows = m_contents.rowCount();
+    m_rowCount = std::min(m_allRows, FirstRows);
     endResetModel();
+}
+
+void CGridModel::showMoreRows()
+{
+    if (m_isMoreComing || areAllRowsShown())
+        return;
+    m_isMoreComing = true;
+    QTimer::singleShot(0, this, [this] {
+        m_isMoreComing = false;
+        showRows(m_rowCount + std::min(m_allRows - m_rowCount, MoreRows));
+        showMoreRows();
+    });
+}
+
+void CGridModel::showAllRows()
+{
+    showRows(m_allRows);
+}
+
+void CGridModel::showRows(int count)
+{
+    if (count <= m_rowCount)
+        return;
+    beginInsertRows({}, m_rowCount, count - 1);
+    m_rowCount = count;
+    endInsertRows();
 }
 
 void CGridModel::setEditable(bool isEditable)
@@ -166,6 +203,7 @@ kit::WorkEnd CGridModel::order(int field, Qt::SortOrder order, std::vector<int>&
 
 void CGridModel::sort(int column, Qt::SortOrder order)
 {
+    showAllRows();
     std::vector<int> rows;
     const bool isField = column >= 0 && column < m_contents.fieldCount();
     Q_EMIT aboutToSort(); // what is being typed belongs to the order

@@ -19,8 +19,17 @@ class CGridModel final : public QAbstractTableModel {
 public:
     explicit CGridModel(CGridContents& contents, QObject* parent = nullptr);
 
-    /// Shows the contents as they were filled now, in fill order.
+    /// So many rows are shown at first; the rest when those are on the screen, because a view keeps
+    /// some bytes for each row and prepares them all before it paints the first.
+    static constexpr int FirstRows = 1 << 18;
+
+    /// Shows the contents as they were filled now, in fill order, FirstRows of them at most.
     void refill();
+    /// Shows more of them, again and again until all are shown; input is handled in between.
+    void showMoreRows();
+    /// Shows the rest at once. Whatever goes by row numbers beyond the first ones calls it before.
+    void showAllRows();
+    [[nodiscard]] bool areAllRowsShown() const { return m_rowCount == m_allRows; }
     void setEditable(bool isEditable);
     [[nodiscard]] bool isEditable() const { return m_isEditable; }
     /// True for a cell that the user may edit.
@@ -54,12 +63,15 @@ Q_SIGNALS:
     void sortFailed();
 
 private:
+    void showRows(int count);
     [[nodiscard]] bool isCell(const QModelIndex& index) const;
     kit::WorkEnd order(int field, Qt::SortOrder order, std::vector<int>& rows);
 
     CGridContents& m_contents;
     std::vector<int> m_order; // fill row by view row; empty for fill order
-    int m_rowCount = 0;
+    int m_allRows = 0; // filled rows
+    int m_rowCount = 0; // those of them that are shown
+    bool m_isMoreComing = false;
     int m_sortedField = -1;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     bool m_isEditable = true;

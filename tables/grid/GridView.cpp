@@ -22,6 +22,19 @@ const QKeyEvent* keyEvent(const QEvent* event)
                                                       : nullptr;
 }
 
+/// The row numbers, as wide as CGridView::fitRowNumbers() says. Qt's own header would measure the
+/// texts of two hundred rows each time the grid is laid out, which took a fifth of opening a grid.
+class CRowHeader final : public QHeaderView {
+public:
+    explicit CRowHeader(QWidget* parent)
+        : QHeaderView(Qt::Vertical, parent)
+    {
+        setSectionsClickable(true);
+        setHighlightSections(true);
+    }
+    [[nodiscard]] QSize sizeHint() const override { return { minimumWidth(), 0 }; }
+};
+
 } // namespace
 
 CGridView::CGridView(QWidget* parent)
@@ -38,6 +51,7 @@ CGridView::CGridView(QWidget* parent)
     setCornerButtonEnabled(true);
     // Before the model comes: afterwards each of these walks over all rows.
     const int rowHeight = fontMetrics().height() + 6;
+    setVerticalHeader(new CRowHeader(this));
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setMinimumSectionSize(rowHeight);
     verticalHeader()->setDefaultSectionSize(rowHeight);
@@ -52,6 +66,7 @@ CGridView::CGridView(QWidget* parent)
 
 void CGridView::setGridModel(CGridModel& model)
 {
+    m_gridModel = &model;
     m_delegate = new CGridDelegate(model, this);
     setItemDelegate(m_delegate);
     setModel(&model);
@@ -72,7 +87,7 @@ void CGridView::showOrder(const CGridModel& gridModel)
 
 void CGridView::fitRowNumbers()
 {
-    const QString greatest = QString::number(model() ? model()->rowCount() : 0);
+    const QString greatest = QString::number(m_gridModel ? m_gridModel->contents().rowCount() : 0);
     const int needed = verticalHeader()->fontMetrics().horizontalAdvance(greatest) + 8;
     verticalHeader()->setFixedWidth(std::max(RowNumberWidthPixels, needed));
 }
@@ -119,8 +134,24 @@ void CGridView::mousePressEvent(QMouseEvent* event)
     QTableView::mousePressEvent(event);
 }
 
+void CGridView::selectAll()
+{
+    if (m_gridModel)
+        m_gridModel->showAllRows();
+    QTableView::selectAll();
+}
+
+void CGridView::paintEvent(QPaintEvent* event)
+{
+    QTableView::paintEvent(event);
+    if (m_gridModel)
+        m_gridModel->showMoreRows();
+}
+
 void CGridView::keyPressEvent(QKeyEvent* event)
 {
+    if (m_gridModel)
+        m_gridModel->showAllRows(); // End goes to the last of them
     const bool isControl = event->modifiers() & Qt::ControlModifier;
     if (event->matches(QKeySequence::Copy)) {
         Q_EMIT copyRequested();

@@ -39,6 +39,8 @@ public:
     /// As wide as the greatest row number, and 20 at least.
     void fitRowNumbers();
 
+    void selectAll() override;
+
 Q_SIGNALS:
     void copyRequested();
     void findRequested();
@@ -51,6 +53,8 @@ protected:
     QItemSelectionModel::SelectionFlags selectionCommand(
         const QModelIndex& index, const QEvent* event) const override;
     void keyPressEvent(QKeyEvent* event) override;
+    /// Once the first rows are on the screen, the rest is shown too.
+    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -58,6 +62,7 @@ protected:
         const QItemSelection& selected, const QItemSelection& deselected) override;
 
 private:
+    CGridModel* m_gridModel = nullptr;
     CGridDelegate* m_delegate = nullptr;
     int m_pressedRow = -1;
 };
