@@ -53,6 +53,19 @@ inline std::filesystem::path temporaryPath(std::string name)
 /// The hosts to test: each program with the suite defines it.
 std::vector<HostCase> hosts();
 
+/// Those of the hosts that have an extension.
+inline std::vector<HostCase> hostsWith(const char* extension)
+{
+    std::vector<HostCase> all = hosts();
+    all.erase(std::remove_if(all.begin(), all.end(),
+                  [&](const HostCase& one) {
+                      orv::CChangeTransactionManager changes;
+                      return !one.makeLibrary(&changes, 0)->Extension(extension);
+                  }),
+        all.end());
+    return all;
+}
+
 class ContractTest : public testing::TestWithParam<HostCase> {
 protected:
     /// A new library with what the notation says; lives as long as the test.
@@ -120,5 +133,13 @@ inline std::string hostName(const testing::TestParamInfo<HostCase>& info)
 #define CONTRACT_SUITE(Name)                                                                       \
     class Name : public contract::ContractTest { };                                                \
     INSTANTIATE_TEST_SUITE_P(Host, Name, testing::ValuesIn(contract::hosts()), contract::hostName)
+
+// A host without the extension has nothing to show here; a suite that no host takes part in is no
+// failure.
+#define CONTRACT_SUITE_WITH(Name, extension)                                                       \
+    class Name : public contract::ContractTest { };                                                \
+    GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Name);                                           \
+    INSTANTIATE_TEST_SUITE_P(                                                                      \
+        Host, Name, testing::ValuesIn(contract::hostsWith(extension)), contract::hostName)
 
 } // namespace contract

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/contract/Contract.h"
 
-#include "host/gis/Columns.h"
-
 namespace {
 
 using gis::CLibGis;
@@ -74,29 +72,6 @@ TEST_P(EntitiesContract, NullEntitiesAreHarmless)
     EXPECT_EQ(gis::FCalcXCentPredef(nullptr), 0.0);
     EXPECT_EQ(gis::FCalcYCentPredef(nullptr), 0.0);
     EXPECT_EQ(gis::FCalcZCentPredef(nullptr), 0.0);
-}
-
-TEST_P(EntitiesContract, EntityRunsGoThroughAllEntitiesWithTheirRows)
-{
-    CLibGis& library = make("table T (i integer); rows T: (1), (2), (3), (4); theme P: points on T;"
-                            "ents P: 0 [0 0], 1 [1 1], 3 [2 2]");
-    auto* columns = static_cast<gis::IColumns*>(library.Extension(gis::ColumnsExtension));
-    if (!columns)
-        GTEST_SKIP() << "this host offers no columns: everything goes cell by cell";
-    gis::CTheme* theme = library.GetTheme(0);
-    gis::EntityRunsView view;
-
-    ASSERT_TRUE(columns->GetEntityRuns(theme, view));
-    ASSERT_EQ(view.entityCount, 3);
-    int index = 0;
-    for (int r = 0; r < view.runCount; ++r)
-        for (int k = 0; k < view.runs[r].count; ++k, ++index) {
-            EXPECT_EQ(view.runs[r].At(k), library.GetEnt(theme, index));
-            EXPECT_EQ(library.GetRow(library.GetTable(0), view.runs[r].firstRow + k),
-                library.GetRow(view.runs[r].At(k)));
-        }
-    EXPECT_EQ(index, 3);
-    EXPECT_FALSE(columns->GetEntityRuns(nullptr, view));
 }
 
 constexpr const char* Predefined

@@ -3,11 +3,8 @@
 #include "tests/contract/Contract.h"
 
 #include "host/base/Dates.h"
-#include "host/gis/Columns.h"
-#include "host/gis/Readings.h"
 
 #include <ctime>
-#include <random>
 
 namespace {
 
@@ -159,96 +156,6 @@ TEST_P(RowsContract, TodayIsTheDayOnWhichTheRowIsFilled)
     orv::CPolyValue value;
     library.GetRowValue(library.GetRow(table, 0), 0, value);
     EXPECT_TRUE(value.GetDateValue() == before || value.GetDateValue() == after);
-}
-
-/// The value of a row in a column, read as whoever goes by columns reads it.
-orv::CPolyValue valueOf(const gis::ColumnView& view, int row)
-{
-    const gis::ColumnChunk& chunk = view.chunks[row / gis::ColumnChunkRows];
-    const int i = row % gis::ColumnChunkRows;
-    orv::CPolyValue value;
-    if (chunk.validity && !(chunk.validity[i / 64] >> (i % 64) & 1u))
-        return value;
-    switch (view.kind) {
-    case gis::ColumnKind::Boolean:
-        return orv::CPolyValue(static_cast<const std::uint8_t*>(chunk.values)[i] != 0);
-    case gis::ColumnKind::Integer:
-        return orv::CPolyValue(static_cast<const std::int32_t*>(chunk.values)[i]);
-    case gis::ColumnKind::Decimal:
-        return orv::CPolyValue(static_cast<const double*>(chunk.values)[i]);
-    case gis::ColumnKind::Date:
-        value.SetDateValue(
-            orv::LocalMidnightOfDay(static_cast<const std::int32_t*>(chunk.values)[i]));
-        return value;
-    case gis::ColumnKind::Dictionary:
-        break;
-    }
-    const std::uint32_t code = static_cast<const std::uint32_t*>(chunk.values)[i];
-    EXPECT_LT(code, view.dictionarySize);
-    return orv::CPolyValue(orv::String(view.dictionary[code].View()));
-}
-
-TEST_P(RowsContract, ColumnsHoldWhatCellsSay)
-{
-    gis::CLibGis& library = make(std::string(AllFormats)
-        + "; rows T: ('x', yes, -3, 0.125, 'a', 05/03/2016), (-, -, -, -, -, -), ('y', no, 4,"
-          " -1e9, 'a', 01/01/1950), ('x', -, 0, -, -, 31/12/9999)");
-    auto* columns = static_cast<gis::IColumns*>(library.Extension(gis::ColumnsExtension));
-    if (!columns)
-        GTEST_SKIP() << "this host offers no columns: everything goes cell by cell";
-    gis::CDBTable* table = library.GetTable(0);
-
-    for (int field = 0; field < 6; ++field) {
-        gis::ColumnView view;
-        ASSERT_TRUE(columns->GetColumn(table, field, view));
-        ASSERT_EQ(view.rowCount, library.GetNumRows(table));
-        for (int row = 0; row < view.rowCount; ++row)
-            EXPECT_EQ(support::describe(valueOf(view, row)), cell(library, table, row, field));
-    }
-    gis::ColumnView view;
-    EXPECT_FALSE(columns->GetColumn(table, 6, view));
-    EXPECT_FALSE(columns->GetColumn(table, -1, view));
-    EXPECT_FALSE(columns->GetColumn(nullptr, 0, view));
-}
-
-TEST_P(RowsContract, ColumnsFollowWrittenCells)
-{
-    gis::CLibGis& library = make("table T (t text, i integer); rows T: (-, -), (-, -), (-, -)");
-    auto* columns = static_cast<gis::IColumns*>(library.Extension(gis::ColumnsExtension));
-    if (!columns)
-        GTEST_SKIP() << "this host offers no columns: everything goes cell by cell";
-    gis::CDBTable* table = library.GetTable(0);
-    std::mt19937 random(7);
-
-    for (int i = 0; i < 500; ++i) {
-        const int row = static_cast<int>(random() % 3);
-        const int field = static_cast<int>(random() % 2);
-        const int number = static_cast<int>(random() % 5);
-        orv::CPolyValue value;
-        if (number > 0)
-            value = field == 0 ? orv::CPolyValue(orv::String::ValueOf(number)) : orv::CPolyValue(i);
-        library.SetRowValue(library.GetRow(table, row), field, value);
-        gis::ColumnView view;
-        ASSERT_TRUE(columns->GetColumn(table, field, view));
-        ASSERT_EQ(support::describe(valueOf(view, row)), support::describe(value));
-    }
-}
-
-TEST_P(RowsContract, WhatIsInMemoryIsReadable)
-{
-    gis::CLibGis& library = make("table T (t text, i integer); rows T: ('x', 1), (-, -)");
-    auto* readings = static_cast<gis::IReadings*>(library.Extension(gis::ReadingsExtension));
-    if (!readings)
-        GTEST_SKIP() << "this host does not say what could be read";
-    gis::CDBTable* table = library.GetTable(0);
-
-    EXPECT_TRUE(readings->IsReadable(table, 0));
-    EXPECT_TRUE(readings->IsReadable(table, 1));
-    EXPECT_TRUE(readings->IsReadable(table, 2)) << "no field, so nothing of it is missing";
-    EXPECT_TRUE(readings->IsReadable(nullptr, 0));
-    EXPECT_TRUE(readings->Read(table, 0, nullptr));
-    EXPECT_TRUE(readings->Read(table, 2, nullptr));
-    EXPECT_TRUE(readings->Read(nullptr, 0, nullptr));
 }
 
 TEST_P(RowsContract, UnknownExtensionsAreNull)
