@@ -94,6 +94,18 @@ void openLargeJob(Jobs& jobs, double smallMs)
         return;
     Town large(rows);
     jobs.add({ name, openGridMs(large, 5), "1000 rows", smallMs, 3.0 });
+    // The rest of the rows comes when the first are on the screen: how long it holds the window up.
+    std::vector<double> rest;
+    for (int i = 0; i < 5; ++i) {
+        CDlgShowTable dialog(&large.library, large.table());
+        dialog.show();
+        paint(dialog);
+        double longest = 0;
+        while (!gridOf(dialog).model().areAllRowsShown())
+            longest = std::max(longest, elapsedMs([&] { QApplication::processEvents(); }));
+        rest.push_back(longest);
+    }
+    jobs.add({ name + ", longest hold-up afterwards", median(rest), "bound", 200.0, 1.0 });
 }
 
 /// Resident memory that the grid adds, in megabytes beside its bound.
@@ -194,35 +206,43 @@ void valuesJob(Jobs& jobs, Town& town)
     if (values.model()->rowCount() < 2)
         stop("no values were listed");
     times.erase(times.begin());
-    std::sort(times.begin(), times.end());
     const double engine = medianMs(
         5, [&] { static_cast<void>(query::distinctValues(town.library, town.theme, field)); });
-    jobs.add({ name, times[times.size() / 2], "the engine's distinct values", engine, 2.0 });
+    jobs.add({ name, median(times), "the engine's distinct values", engine, 2.0 });
 }
 
-void runJob(Jobs& jobs, Town& town, double smallMs)
+/// The parts and the whole in turns, so that a slower moment of the machine is one for both.
+void runJob(Jobs& jobs, Town& town, Town& small)
 {
     const std::string name = "Esegui with query (a), result painted";
     if (!jobs.wants(name))
         return;
-    std::vector<gis::CEnt*> found;
-    const double engine = medianMs(9, [&] {
-        CQueryExecute query(&town.library, town.theme);
-        if (query.SetQueryFilter(FilterA))
-            query.Execute(found);
-    });
     CDlgQuery dialog(0, nullptr, &town.library);
     dialog.show();
     control<QLineEdit>(dialog, "id2071").setText(QString::fromLatin1(FilterA));
-    QTest::qWait(1000); // the line that counts as one types has had its say
     auto& run = control<QPushButton>(dialog, "id2081");
-    const double ours = medianMs(9, [&] {
+    std::vector<gis::CEnt*> found;
+    std::vector<double> ours;
+    std::vector<double> peers;
+    const auto clickRun = [&] {
         QTest::mouseClick(&run, Qt::LeftButton);
         paint(dialog);
-    });
+    };
+    QTest::qWait(1000); // the line that counts as one types has had its say
+    for (int i = 0; i < 15; ++i) {
+        const double engine = elapsedMs([&] {
+            CQueryExecute query(&town.library, town.theme);
+            if (query.SetQueryFilter(FilterA))
+                query.Execute(found);
+        });
+        peers.push_back(engine + openGridMs(small, 1));
+        clickRun(); // not counted, as the first opening of the grid is not
+        QTest::qWait(200); // the list of last filters is written
+        ours.push_back(elapsedMs(clickRun));
+    }
     if (gridOf(dialog).model().rowCount() != static_cast<int>(found.size()))
         stop("the result page does not show what the query finds");
-    jobs.add({ name, ours, "query + grid of 1000 rows", engine + smallMs, 1.3 });
+    jobs.add({ name, median(ours), "query + grid of 1000 rows", median(peers), 1.3 });
 }
 
 /// 100,000 cells edited in the grid, OK, the library saved; SQLite updates the same cells.
@@ -310,7 +330,7 @@ void dialogJobs(Jobs& jobs)
         openJobs(jobs, town, smallMs);
         sortJob(jobs, town);
         valuesJob(jobs, town);
-        runJob(jobs, town, smallMs);
+        runJob(jobs, town, small);
     }
     openLargeJob(jobs, smallMs);
     saveJob(jobs);

@@ -46,6 +46,7 @@ private:
     std::vector<JobResult> m_results;
 };
 
+double median(std::vector<double> times);
 /// Median of `repetitions` runs in milliseconds, after one run that is not counted.
 double medianMs(int repetitions, const std::function<void()>& run);
 /// One run in milliseconds.
@@ -53,7 +54,7 @@ double elapsedMs(const std::function<void()>& run);
 /// Runs a program by the shell; its wall time in milliseconds, the bench ends when it failed.
 double commandMs(const std::string& command);
 double medianCommandMs(int repetitions, const std::string& command, const std::string& before = {});
-/// Resident memory of this process in bytes.
+/// Resident memory of this process in bytes, without what was freed.
 double residentBytes();
 
 void queryJobs(Jobs& jobs);
