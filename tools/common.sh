@@ -5,6 +5,7 @@
 jobs=$(nproc)
 if command -v ccache >/dev/null; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache CMAKE_C_COMPILER_LAUNCHER=ccache
+    export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros} # what precompiled headers need
 fi
 
 # build PRESET [TARGET...]: configures quietly and builds.
