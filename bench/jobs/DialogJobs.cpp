@@ -118,6 +118,7 @@ void memoryJobs(Jobs& jobs, Town& town)
     CDlgShowTable dialog(&town.library, town.table());
     dialog.show();
     paint(dialog);
+    gridOf(dialog).model().showAllRows();
     const double opened = residentBytes();
     gridOf(dialog).model().sort(0, Qt::AscendingOrder);
     paint(dialog);

@@ -50,7 +50,7 @@ std::vector<Cost> measure(const Jobs& jobs, int rows)
     {
         CellHost library;
         gis::CTheme* theme = fillLibrary(library, makePoints(rows));
-        measureQueries(library, theme, " cell by cell", 1, costs);
+        measureQueries(library, theme, " cell by cell", 3, costs);
     }
     costs.push_back({ "query (e) --count", countMs(jobs, pointsLibrary(jobs, rows), 3) });
     costs.push_back({ "export", exportMs(jobs, pointsLibrary(jobs, rows), 1) });
