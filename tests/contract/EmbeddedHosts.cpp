@@ -3,6 +3,9 @@
 #include "tests/contract/Contract.h"
 #include "tests/support/RecordingLibrary.h"
 
+#include "host/gis/Columns.h"
+#include "host/gis/Readings.h"
+
 namespace contract {
 
 /// The embedded host, and the double that tests of dialogs use: what it records it must also do.
@@ -32,4 +35,22 @@ std::vector<HostCase> hosts()
     };
 }
 
+namespace {
+
+std::string namesWith(const char* extension)
+{
+    std::string names;
+    for (const HostCase& one : hostsWith(extension))
+        names += one.name + " ";
+    return names;
+}
+
+// The suite leaves out a host that lacks an extension; ours must not come to lack one unseen.
+TEST(EmbeddedHostsTest, OfferTheirExtensions)
+{
+    EXPECT_EQ(namesWith(gis::ColumnsExtension), "Embedded RecordingWithColumns ");
+    EXPECT_EQ(namesWith(gis::ReadingsExtension), "Embedded Recording RecordingWithColumns ");
+}
+
+} // namespace
 } // namespace contract

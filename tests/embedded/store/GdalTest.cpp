@@ -35,8 +35,7 @@ class GdalTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        if (!isInstalled("ogrinfo"))
-            GTEST_SKIP() << "ogrinfo (package gdal-bin) is not installed";
+        ASSERT_TRUE(isInstalled("ogrinfo")) << "install gdal-bin, or run ./test, which does";
         library = support::makeLibrary(Town);
         path = folder.file("citta.gpkg");
         ASSERT_TRUE(embedded::saveLibraryAs(*library, path).ok());

@@ -259,8 +259,7 @@ TEST_F(OtherProgramsTest, ALayerAddedIsSaidAndStaysInTheFile)
 
 TEST_F(OtherProgramsTest, ALayerThatGdalAddsIsSaid)
 {
-    if (!isInstalled("ogr2ogr"))
-        GTEST_SKIP() << "no ogr2ogr here (package gdal-bin, which ./test installs)";
+    ASSERT_TRUE(isInstalled("ogr2ogr")) << "install gdal-bin, or run ./test, which does";
     library.reset();
     const std::string other = folder.file("altro.geojson");
     writeBytes(other,
