@@ -3,35 +3,27 @@
 #pragma once
 
 #include <clocale>
-
-#include <locale.h>
+#include <string>
 
 namespace support {
 
-/// The thread's locale for a scope, by name; the process's own stays.
+/// The process's locale for a scope, by name.
 class LocaleScope final {
 public:
     explicit LocaleScope(const char* name)
-        : m_locale(newlocale(LC_ALL_MASK, name, nullptr))
+        : m_before(std::setlocale(LC_ALL, nullptr))
+        , m_isSet(std::setlocale(LC_ALL, name) != nullptr)
     {
-        if (m_locale)
-            m_before = uselocale(m_locale);
     }
     LocaleScope(const LocaleScope&) = delete;
     LocaleScope& operator=(const LocaleScope&) = delete;
-    ~LocaleScope()
-    {
-        if (!m_locale)
-            return;
-        uselocale(m_before);
-        freelocale(m_locale);
-    }
+    ~LocaleScope() { std::setlocale(LC_ALL, m_before.c_str()); }
     /// False when the system does not have the locale.
-    [[nodiscard]] bool isSet() const { return m_locale != nullptr; }
+    [[nodiscard]] bool isSet() const { return m_isSet; }
 
 private:
-    locale_t m_locale;
-    locale_t m_before = nullptr;
+    std::string m_before;
+    bool m_isSet;
 };
 
 } // namespace support
