@@ -10,7 +10,6 @@
 
 #include <QApplication>
 #include <QBackingStore>
-#include <QElapsedTimer>
 #include <QPainter>
 #include <QSignalSpy>
 #include <QTest>
@@ -312,17 +311,15 @@ TEST_F(MapCanvasTest, AMillionPointsNeverHoldUpTheWindow)
     canvas.setContent(
         std::make_shared<embedded::MapContent>(embedded::mapContent(library, { theme })));
 
-    // Each move asks for a new picture; what the window does itself stays short. The limit is wide:
-    // drawing a million points on this thread would break it many times over in the sum.
-    QElapsedTimer timer;
-    timer.start();
+    // Each move asks for a new picture and shows what there is; the drawing itself goes on
+    // elsewhere, and its end comes only with the next events.
     for (int i = 0; i < 200; ++i) {
         embedded::MapView view = canvas.view();
         view.centreX += 0.1;
         canvas.setView(view);
         canvas.repaint();
+        ASSERT_TRUE(canvas.isDrawing()) << "move " << i;
     }
-    EXPECT_LT(timer.elapsed(), 2000);
     EXPECT_TRUE(waitFor([&] { return !canvas.isDrawing(); }));
     const QImage image = canvas.grab().toImage();
     EXPECT_NE(image.pixelColor(200, 200), QColor(Qt::white));
