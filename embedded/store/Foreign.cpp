@@ -28,7 +28,7 @@ struct ForeignLayer {
     std::string shapeColumn;
     std::string shapeType;
     std::int64_t srsId = -1;
-    std::int64_t z = 0; // 0 never, 1 always, 2 maybe
+    std::int64_t z = 0; // as registered: 0 never, 1 always, 2 maybe
     std::int64_t m = 0;
 };
 
@@ -136,8 +136,9 @@ void addTheme(Connection& connection, Library& library, FileState& state, const 
 {
     const ShapeCensus census = censusOf(connection, layer);
     const gis::EntType type = typeOf(layer, census);
-    const bool hasZ = layer.z == 1 || (layer.z == 2 && census.hasZ);
-    const bool hasM = layer.m == 1 || (layer.m == 2 && census.hasM);
+    // Heights and measures that are there are kept, also where the layer is registered without.
+    const bool hasZ = layer.z == 1 || census.hasZ;
+    const bool hasM = layer.m == 1 || census.hasM;
     using gis::EntTypeCoords;
     auto theme = std::make_unique<gis::CTheme>(library, table, orv::String(layer.table), type,
         hasZ       ? EntTypeCoords::XYZ

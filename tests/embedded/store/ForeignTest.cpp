@@ -171,7 +171,7 @@ TEST_F(ForeignTest, ALayerOfAnyGeometryTakesTheKindOfMost)
     ASSERT_EQ(library->GetNumThemes(), 1);
     gis::CTheme* theme = library->GetTheme(0);
     EXPECT_EQ(gis::CLibGis::GetEntType(theme), gis::EntType::Points);
-    EXPECT_EQ(library->GetEntCoords(theme), gis::EntTypeCoords::XY);
+    EXPECT_EQ(library->GetEntCoords(theme), gis::EntTypeCoords::XYZ);
     EXPECT_EQ(library->GetNoEnts(theme), 6);
     EXPECT_EQ(counted(FindingCode::GeometryUnsupported), 3);
     embedded::EntityStore& shapes = theme->geometry();
@@ -181,6 +181,21 @@ TEST_F(ForeignTest, ALayerOfAnyGeometryTakesTheKindOfMost)
     EXPECT_EQ(shapes.partCount(4), 0);
     EXPECT_EQ(theme->referenceSystem.authority, "EPSG");
     EXPECT_EQ(theme->referenceSystem.code, 3003);
+}
+
+TEST_F(ForeignTest, HeightsAreKeptAlsoWhereTheLayerIsRegisteredWithout)
+{
+    make("INSERT INTO gpkg_contents VALUES ('l', 'features', 'l', 3003);"
+         "INSERT INTO gpkg_geometry_columns VALUES ('l', 'g', 'POINT', 3003, 0, 0);"
+         "CREATE TABLE l (k INTEGER PRIMARY KEY, g POINT); INSERT INTO l VALUES (5, "
+        + shape(PointWkb) + "), (9, " + shape(PointZWkb) + ")");
+    printed();
+
+    gis::CTheme* theme = library->GetTheme(0);
+    EXPECT_EQ(library->GetEntCoords(theme), gis::EntTypeCoords::XYZ);
+    EXPECT_EQ(counted(FindingCode::GeometryUnsupported), 0);
+    EXPECT_EQ(theme->geometry().part(0, 0).coordinates[2], 0);
+    EXPECT_EQ(theme->geometry().part(1, 0).coordinates[2], 3);
 }
 
 TEST_F(ForeignTest, ViewsAndTablesWithoutKeyAreReadInTheirOrder)
