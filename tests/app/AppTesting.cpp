@@ -7,9 +7,9 @@
 #include "embedded/store/GeoPackage.h"
 #include "kit/texts/QtText.h"
 #include "tests/support/LibraryNotation.h"
+#include "tests/support/ui/ModalDriver.h"
 
 #include <QAction>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
@@ -71,14 +71,7 @@ QString leaveCopy(
 
 bool waitFor(const std::function<bool()>& condition)
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10000)
-            return false;
-        QTest::qWait(5);
-    }
-    return true;
+    return ui::waitUntil(condition);
 }
 
 void giveUp(app::MainWindow& window)

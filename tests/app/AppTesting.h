@@ -50,7 +50,7 @@ QString tableName(const app::Document& document);
 QString leaveCopy(const CFolder& folder, const QString& original, const QString& name,
     const char* renamed = "Recuperata");
 
-/// Waits, with events, until something holds; false when it does not within 10 s.
+/// Waits, with events, until something holds; false when it does not in good time.
 bool waitFor(const std::function<bool()>& condition);
 
 /// Ends a window's work: nothing is written to the test's folder any more.

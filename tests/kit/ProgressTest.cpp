@@ -31,7 +31,7 @@ QProgressDialog* showOf(Progress& progress)
 {
     QElapsedTimer timer;
     timer.start();
-    while (!shownProgress() && timer.elapsed() < 10'000) {
+    while (!shownProgress() && timer.elapsed() < ui::PatienceMs) {
         progress.advance(0.25);
         std::this_thread::sleep_for(Nap);
     }

@@ -16,6 +16,9 @@
 
 namespace ui {
 
+/// How long to wait for what must come: more than a busy machine needs under sanitizers.
+inline constexpr int PatienceMs = 60'000;
+
 /// Drives the modal dialogs and message boxes that a call under test opens: one step for each
 /// window that is expected, in the order in which they appear. A step may itself open the window of
 /// the next one (it presses a button and the box of the next step comes up on top). A window that
@@ -25,7 +28,7 @@ class CModalDriver final : public QObject {
     Q_OBJECT
 
 public:
-    explicit CModalDriver(int timeoutMs = 20000);
+    explicit CModalDriver(int timeoutMs = PatienceMs);
     /// Fails the test for steps whose windows never came.
     ~CModalDriver() override;
 
@@ -84,6 +87,6 @@ void type(const QWidget& page, int id, const QString& text);
 void takePicture(QWidget& window, const QString& name);
 
 /// Lets the events run until a condition holds; false after the limit.
-bool waitUntil(const std::function<bool()>& condition, int timeoutMs = 10000);
+bool waitUntil(const std::function<bool()>& condition, int timeoutMs = PatienceMs);
 
 } // namespace ui

@@ -54,7 +54,7 @@ TEST_F(GridManyRowsTest, TheRestComesByItselfOnceTheFirstRowsArePainted)
     view().scrollToBottom();
     const int firstEnd = view().verticalScrollBar()->maximum();
 
-    EXPECT_TRUE(QTest::qWaitFor([&] { return model().areAllRowsShown(); }));
+    EXPECT_TRUE(ui::waitUntil([&] { return model().areAllRowsShown(); }));
     EXPECT_EQ(model().rowCount(), Rows);
     EXPECT_EQ(view().verticalHeader()->count(), Rows);
     EXPECT_EQ(view().verticalHeader()->width(), width) << "made for the greatest number";
