@@ -197,11 +197,4 @@ std::string contents(const std::string& path)
     return { std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>() };
 }
 
-std::string testData(std::string_view name)
-{
-    const char* folder = std::getenv("TEMATICA_TEST_DATA");
-    const fs::path path = fs::path(folder ? folder : TEMATICA_DEFAULT_TEST_DATA) / name;
-    return fs::exists(path) ? path.string() : std::string();
-}
-
 } // namespace cli_test

@@ -52,7 +52,5 @@ private:
     const std::string& whenThere, const std::vector<int>& signals);
 
 [[nodiscard]] std::string contents(const std::string& path);
-/// A file of the shared test data; empty when the data is not there.
-[[nodiscard]] std::string testData(std::string_view name);
 
 } // namespace cli_test

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tematica contributors
 // SPDX-License-Identifier: MIT
 #include "tests/cli/Program.h"
+#include "tests/support/TestData.h"
 
 #include <gtest/gtest.h>
 
@@ -23,10 +24,7 @@ namespace fs = std::filesystem;
 std::vector<std::string> filesEnding(const std::string& ending)
 {
     std::vector<std::string> paths;
-    const auto root = testData("README.md");
-    if (root.empty())
-        return paths;
-    for (const auto& entry : fs::recursive_directory_iterator(fs::path(root).parent_path())) {
+    for (const auto& entry : fs::recursive_directory_iterator(support::testDataFolder())) {
         std::string extension = entry.path().extension().string();
         for (char& c : extension)
             c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
@@ -63,11 +61,7 @@ long entitiesIn(const std::string& json)
 
 class RealFilesTest : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        if (testData("README.md").empty())
-            GTEST_SKIP() << "the shared test data is not here (TEMATICA_TEST_DATA)";
-    }
+    void SetUp() override { TEMATICA_NEEDS_TEST_DATA(); }
 };
 
 /// Every line on standard error is one of ours.
@@ -129,8 +123,7 @@ TEST_F(RealFilesTest, StrictRefusesExactlyTheFilesThatGiveWarnings)
 
 TEST_F(RealFilesTest, AnApostropheInAValueIsFoundByLike)
 {
-    const auto path = testData("dpc-aggregati/Belforte-all-Isauro.shp");
-    ASSERT_FALSE(path.empty());
+    const std::string path = support::testDataFolder() / "dpc-aggregati/Belforte-all-Isauro.shp";
 
     EXPECT_EQ(run({ "query", path, "Comune LIKE 'Belforte all%Isauro'", "--count" }).out, "324\n");
     EXPECT_EQ(run({ "query", path, "Comune IS NULL", "--count" }).out, "0\n");
@@ -138,8 +131,7 @@ TEST_F(RealFilesTest, AnApostropheInAValueIsFoundByLike)
 
 TEST_F(RealFilesTest, ATableWhoseHeaderCountsTooFewRecordsSaysSo)
 {
-    const auto path = testData("malformed-derived/dbf_count_small.shp");
-    ASSERT_FALSE(path.empty());
+    const std::string path = support::testDataFolder() / "malformed-derived/dbf_count_small.shp";
 
     EXPECT_EQ(run({ "info", path }).err,
         "tematica: " + path

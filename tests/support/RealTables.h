@@ -4,8 +4,8 @@
 
 #include "embedded/model/Library.h"
 #include "embedded/shapefile/Shapefile.h"
+#include "tests/support/TestData.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -13,20 +13,12 @@
 
 namespace support {
 
-/// Where the shared test data lies; empty where it is not there, and the test is to be skipped.
-inline std::filesystem::path realDataFolder()
-{
-    const char* given = std::getenv("TEMATICA_TEST_DATA");
-    const std::filesystem::path folder(given ? given : TEMATICA_DEFAULT_TEST_DATA);
-    return std::filesystem::exists(folder) ? folder : std::filesystem::path();
-}
-
 /// The shapefiles of the shared test data that tests of windows can go through one by one.
 inline std::vector<std::filesystem::path> realShapefiles()
 {
     constexpr std::uintmax_t MostBytes = 3'000'000;
     std::vector<std::filesystem::path> files;
-    for (const auto& file : std::filesystem::recursive_directory_iterator(realDataFolder()))
+    for (const auto& file : std::filesystem::recursive_directory_iterator(testDataFolder()))
         if (file.path().extension() == ".shp" && file.file_size() <= MostBytes)
             files.push_back(file.path());
     return files;

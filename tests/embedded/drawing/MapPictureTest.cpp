@@ -5,13 +5,11 @@
 #include "embedded/model/Library.h"
 #include "embedded/shapefile/Shapefile.h"
 #include "tests/support/LibraryNotation.h"
+#include "tests/support/TestData.h"
 
 #include <gtest/gtest.h>
 
 #include <QImage>
-
-#include <cstdlib>
-#include <filesystem>
 
 namespace {
 
@@ -179,12 +177,8 @@ TEST(MapViewTest, ABoxFittedWithoutMarginReachesTheEdges)
 /// The largest file of the test data: each polygon's own place is coloured.
 TEST(MapPictureTest, TwentyThousandBuildingsAreWhereTheirCentroidsAre)
 {
-    const char* given = std::getenv("TEMATICA_TEST_DATA");
-    const std::filesystem::path file
-        = std::filesystem::path(given ? given : TEMATICA_DEFAULT_TEST_DATA)
-        / "dpc-aggregati/Pistoia.shp";
-    if (!std::filesystem::exists(file))
-        GTEST_SKIP() << "no test data at TEMATICA_TEST_DATA";
+    TEMATICA_NEEDS_TEST_DATA();
+    const auto file = support::testDataFolder() / "dpc-aggregati/Pistoia.shp";
     gis::CLibGis library;
     embedded::Report report;
     ASSERT_TRUE(embedded::importShapefile(library, file.string(), {}, nullptr, nullptr, report));

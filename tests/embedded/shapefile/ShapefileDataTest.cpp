@@ -10,6 +10,7 @@
 #include "tests/embedded/shapefile/Expectations.h"
 #include "tests/embedded/shapefile/RawShapefile.h"
 #include "tests/embedded/shapefile/Witness.h"
+#include "tests/support/TestData.h"
 
 #include "host/base/Dates.h"
 #include "host/base/Numbers.h"
@@ -19,7 +20,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -31,12 +31,6 @@ using namespace shapetest;
 namespace files = std::filesystem;
 
 namespace {
-
-files::path dataFolder()
-{
-    const char* given = std::getenv("TEMATICA_TEST_DATA");
-    return given && *given ? given : TEMATICA_DEFAULT_TEST_DATA;
-}
 
 struct Imported {
     orv::CChangeTransactionManager changes;
@@ -72,10 +66,10 @@ std::vector<std::string> dataFiles()
 {
     std::vector<std::string> names;
     std::error_code failed;
-    for (files::recursive_directory_iterator entry(dataFolder(), failed), end;
+    for (files::recursive_directory_iterator entry(support::testDataFolder(), failed), end;
          !failed && entry != end; entry.increment(failed))
         if (orv::CompareIgnoreAsciiCase(entry->path().extension().string(), ".shp") == 0)
-            names.push_back(files::relative(entry->path(), dataFolder()).string());
+            names.push_back(files::relative(entry->path(), support::testDataFolder()).string());
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -84,8 +78,8 @@ class ShapefileDataTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        if (dataFiles().empty())
-            GTEST_SKIP() << "the test data is not here: " << dataFolder();
+        TEMATICA_NEEDS_TEST_DATA();
+        ASSERT_FALSE(dataFiles().empty());
     }
 };
 
@@ -213,7 +207,7 @@ TEST_F(ShapefileDataTest, EachFileIsTakenOrRefusedAsStated)
 {
     for (const std::string& name : dataFiles()) {
         Imported imported;
-        imported.run((dataFolder() / name).string(), false);
+        imported.run((support::testDataFolder() / name).string(), false);
         const auto refusal = refusals().find(name);
         if (refusal != refusals().end()) {
             ASSERT_FALSE(imported.result.ok()) << name;
@@ -234,7 +228,7 @@ TEST_F(ShapefileDataTest, StrictRefusesExactlyTheFilesWithWarnings)
 {
     for (const std::string& name : dataFiles()) {
         Imported imported;
-        imported.run((dataFolder() / name).string(), true);
+        imported.run((support::testDataFolder() / name).string(), true);
         const bool isSound = refusals().count(name) == 0 && warnings().count(name) == 0;
         EXPECT_EQ(imported.result.ok(), isSound) << name;
         EXPECT_EQ(imported.library.GetNumTables(), isSound ? 1 : 0) << name;
@@ -249,7 +243,7 @@ TEST_F(ShapefileDataTest, RowsValuesAndShapesAreThoseOfTheWitness)
             continue;
         // The witness may write an index beside a file that lacks one.
         const TemporaryFolder copy;
-        const files::path original = dataFolder() / name;
+        const files::path original = support::testDataFolder() / name;
         for (const auto& entry : files::directory_iterator(original.parent_path()))
             if (entry.path().stem() == original.stem())
                 files::copy(entry.path(), files::path(copy.path()) / entry.path().filename());
@@ -365,7 +359,7 @@ TEST_F(ShapefileDataTest, CellsOfOddTablesAreReadByTheirRules)
     };
     for (const CellsCase& each : cases) {
         Imported imported;
-        imported.run((dataFolder() / "malformed-derived" / each.file).string(), false);
+        imported.run((support::testDataFolder() / "malformed-derived" / each.file).string(), false);
         ASSERT_TRUE(imported.result.ok()) << each.file;
         EXPECT_EQ(cellsOf(imported, each.field), each.cells) << each.file;
     }
@@ -374,13 +368,13 @@ TEST_F(ShapefileDataTest, CellsOfOddTablesAreReadByTheirRules)
 TEST_F(ShapefileDataTest, PointsComeFromTheRecordsWhateverTheIndexSays)
 {
     Imported whole;
-    whole.run((dataFolder() / "malformed-derived/shx_missing.shp").string(), false);
+    whole.run((support::testDataFolder() / "malformed-derived/shx_missing.shp").string(), false);
     ASSERT_TRUE(whole.result.ok());
     const auto& wanted = whole.result.value().theme->entities();
     for (const char* file : { "shx_all_same_record.shp", "shx_cut.shp", "shx_offset_negative.shp",
              "shx_offset_past_end.shp", "shp_record_length_huge.shp", "shp_length_wrong.shp" }) {
         Imported imported;
-        imported.run((dataFolder() / "malformed-derived" / file).string(), false);
+        imported.run((support::testDataFolder() / "malformed-derived" / file).string(), false);
         ASSERT_TRUE(imported.result.ok()) << file;
         const auto& entities = imported.result.value().theme->entities();
         ASSERT_EQ(entities.entityCount(), wanted.entityCount()) << file;
@@ -388,7 +382,7 @@ TEST_F(ShapefileDataTest, PointsComeFromTheRecordsWhateverTheIndexSays)
             EXPECT_EQ(verticesOf(entities, i), verticesOf(wanted, i)) << file << i;
     }
     Imported points3d;
-    points3d.run((dataFolder() / "shapelib/3dpoints.shp").string(), false);
+    points3d.run((support::testDataFolder() / "shapelib/3dpoints.shp").string(), false);
     EXPECT_EQ(points3d.result.value().theme->entities().vertexCount(), 22);
 }
 
@@ -412,7 +406,7 @@ TEST_F(ShapefileDataTest, DamagedShapesLeaveTheirRows)
     };
     for (const Case& each : cases) {
         Imported imported;
-        imported.run((dataFolder() / "malformed-derived" / each.file).string(), false);
+        imported.run((support::testDataFolder() / "malformed-derived" / each.file).string(), false);
         ASSERT_TRUE(imported.result.ok()) << each.file;
         const auto& entities = imported.result.value().theme->entities();
         std::vector<int> parts;
@@ -427,7 +421,7 @@ TEST_F(ShapefileDataTest, WhatIsExportedIsImportedTheSame)
 {
     for (const std::string& name : dataFiles()) {
         Imported first;
-        first.run((dataFolder() / name).string(), false);
+        first.run((support::testDataFolder() / name).string(), false);
         if (!first.result.ok())
             continue;
         const TemporaryFolder folder;

@@ -3,6 +3,7 @@
 #include "tests/embedded/store/LibraryImage.h"
 #include "tests/embedded/store/StoreTesting.h"
 #include "tests/support/LibraryNotation.h"
+#include "tests/support/TestData.h"
 
 #include "host/base/Numbers.h"
 
@@ -198,6 +199,19 @@ TEST_F(ForeignTest, HeightsAreKeptAlsoWhereTheLayerIsRegisteredWithout)
     EXPECT_EQ(theme->geometry().part(1, 0).coordinates[2], 3);
 }
 
+TEST_F(ForeignTest, HeightsOfShapesThatTheThemeCannotTakeDoNotCount)
+{
+    const std::string lineZ = "01EA03000000000000";
+    make("INSERT INTO gpkg_contents VALUES ('l', 'features', 'l', 3003);"
+         "INSERT INTO gpkg_geometry_columns VALUES ('l', 'g', 'POINT', 3003, 2, 0);"
+         "CREATE TABLE l (k INTEGER PRIMARY KEY, g POINT); INSERT INTO l VALUES (5, "
+        + shape(PointWkb) + "), (9, " + shape(lineZ) + ")");
+    printed();
+
+    EXPECT_EQ(library->GetEntCoords(library->GetTheme(0)), gis::EntTypeCoords::XY);
+    EXPECT_EQ(counted(FindingCode::GeometryUnsupported), 1);
+}
+
 TEST_F(ForeignTest, ViewsAndTablesWithoutKeyAreReadInTheirOrder)
 {
     make(
@@ -246,12 +260,11 @@ TEST_F(ForeignTest, SuchAFileIsNeverWritten)
 // The witness is GDAL: layers, their kind, counts and fields.
 TEST(ForeignFilesTest, RealGeoPackagesOpenAsGdalSeesThem)
 {
-    const std::string folder = testData("");
-    if (folder.empty())
-        GTEST_SKIP() << "no test data at TEMATICA_TEST_DATA";
+    TEMATICA_NEEDS_TEST_DATA();
     ASSERT_TRUE(isInstalled("ogrinfo")) << "install gdal-bin, or run ./test, which does";
     int files = 0;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    for (const auto& entry :
+        std::filesystem::recursive_directory_iterator(support::testDataFolder())) {
         if (entry.path().extension() != ".gpkg")
             continue;
         ++files;

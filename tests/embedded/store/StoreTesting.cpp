@@ -147,15 +147,6 @@ bool isInstalled(const std::string& program)
     return !programOutput("command -v " + program).empty();
 }
 
-std::string testData(const std::string& name)
-{
-    const char* set = std::getenv("TEMATICA_TEST_DATA");
-    const std::filesystem::path folder = set && *set ? set : TEMATICA_DEFAULT_TEST_DATA;
-    std::error_code ignored;
-    return std::filesystem::is_directory(folder, ignored) ? (folder / name).string()
-                                                          : std::string();
-}
-
 std::string bytesOf(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);

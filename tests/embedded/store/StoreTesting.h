@@ -44,9 +44,6 @@ std::string sqlAnswer(const std::string& path, const std::string& sql);
 std::string programOutput(const std::string& command);
 bool isInstalled(const std::string& program);
 
-/// Test data by its path below the data folder; empty when the folder is absent.
-std::string testData(const std::string& name);
-
 std::string bytesOf(const std::string& path);
 void writeBytes(const std::string& path, const std::string& bytes);
 

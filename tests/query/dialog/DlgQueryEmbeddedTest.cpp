@@ -6,6 +6,7 @@
 #include "embedded/model/Library.h"
 #include "embedded/shapefile/Shapefile.h"
 #include "tests/support/LibraryNotation.h"
+#include "tests/support/TestData.h"
 #include "tests/support/ui/ModalDriver.h"
 
 #include "tables/grid/CtrlShowTable.h"
@@ -25,9 +26,6 @@
 #include <QTabWidget>
 #include <QTableView>
 #include <QTest>
-
-#include <cstdlib>
-#include <filesystem>
 
 // The query dialog over the embedded host: what users do with it, from the first click to the rows.
 
@@ -236,14 +234,12 @@ TEST_F(DlgQueryEmbeddedTest, TheResultSortsFindsAndCopies)
 /// Real tables: what the dialog shows is what the engine finds, row for row.
 TEST_F(DlgQueryEmbeddedTest, RealTablesAreListedAndAnswered)
 {
-    const char* given = std::getenv("TEMATICA_TEST_DATA");
-    const std::filesystem::path data(given ? given : TEMATICA_DEFAULT_TEST_DATA);
-    if (!std::filesystem::exists(data))
-        GTEST_SKIP() << "no test data at TEMATICA_TEST_DATA";
+    TEMATICA_NEEDS_TEST_DATA();
     gis::CLibGis library;
     embedded::Report report;
-    ASSERT_TRUE(embedded::importShapefile(
-        library, (data / "dpc-aggregati/Pistoia.shp").string(), {}, nullptr, nullptr, report));
+    ASSERT_TRUE(embedded::importShapefile(library,
+        (support::testDataFolder() / "dpc-aggregati/Pistoia.shp").string(), {}, nullptr, nullptr,
+        report));
     library.SetThemeActive(library.GetTheme(0));
     open(library);
 

@@ -127,8 +127,7 @@ private:
 
 TEST(GridOfRealTablesTest, CellsShowWhatTheLibraryAnswersAndSavingUntouchedChangesNothing)
 {
-    if (support::realDataFolder().empty())
-        GTEST_SKIP() << "no test data at TEMATICA_TEST_DATA";
+    TEMATICA_NEEDS_TEST_DATA();
     int tables = 0;
     for (const auto& file : support::realShapefiles()) {
         const auto library = support::realTable(file);

@@ -84,8 +84,7 @@ void editAndUndo(gis::CLibGis& library, orv::CChangeTransactionManager& changes)
 
 TEST(StructureOfRealTablesTest, EachUndoBringsBackEveryCell)
 {
-    if (support::realDataFolder().empty())
-        GTEST_SKIP() << "no test data at TEMATICA_TEST_DATA";
+    TEMATICA_NEEDS_TEST_DATA();
     int tables = 0;
     for (const auto& file : support::realShapefiles()) {
         orv::CChangeTransactionManager changes;
