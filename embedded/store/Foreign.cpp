@@ -89,10 +89,17 @@ std::string fidColumnOf(
 
 /// What the shapes of a layer are.
 struct ShapeCensus {
-    std::array<std::int64_t, 6> ofKind {}; // by gis::EntType
+    struct Kind {
+        std::int64_t count = 0;
+        bool hasZ = false;
+        bool hasM = false;
+    };
+    std::array<Kind, 6> kinds {}; // by gis::EntType
     std::int64_t others = 0;
-    bool hasZ = false;
-    bool hasM = false;
+    [[nodiscard]] const Kind& of(gis::EntType type) const
+    {
+        return kinds[static_cast<std::size_t>(type)];
+    }
 };
 
 ShapeCensus censusOf(Connection& connection, const ForeignLayer& layer)
@@ -103,12 +110,14 @@ ShapeCensus censusOf(Connection& connection, const ForeignLayer& layer)
         "SELECT " + column + " FROM " + quoted(layer.table) + " WHERE " + column + " IS NOT NULL");
     while (rows.step()) {
         const ShapeLook look = lookAtShape(rows.blob(0));
-        census.hasZ = census.hasZ || look.hasZ;
-        census.hasM = census.hasM || look.hasM;
-        if (look.kind > 0)
-            ++census.ofKind[static_cast<std::size_t>(look.kind)];
-        else if (look.kind < 0)
+        if (look.kind < 0)
             ++census.others;
+        if (look.kind <= 0)
+            continue;
+        ShapeCensus::Kind& kind = census.kinds[static_cast<std::size_t>(look.kind)];
+        ++kind.count;
+        kind.hasZ = kind.hasZ || look.hasZ;
+        kind.hasM = kind.hasM || look.hasM;
     }
     return census;
 }
@@ -125,8 +134,7 @@ gis::EntType typeOf(const ForeignLayer& layer, const ShapeCensus& census)
         return EntType::Polygons;
     EntType most = EntType::Points;
     for (const EntType type : { EntType::Lines, EntType::Polygons })
-        if (census.ofKind[static_cast<std::size_t>(type)]
-            > census.ofKind[static_cast<std::size_t>(most)])
+        if (census.of(type).count > census.of(most).count)
             most = type;
     return most;
 }
@@ -137,8 +145,8 @@ void addTheme(Connection& connection, Library& library, FileState& state, const 
     const ShapeCensus census = censusOf(connection, layer);
     const gis::EntType type = typeOf(layer, census);
     // Heights and measures that are there are kept, also where the layer is registered without.
-    const bool hasZ = layer.z == 1 || census.hasZ;
-    const bool hasM = layer.m == 1 || census.hasM;
+    const bool hasZ = layer.z == 1 || census.of(type).hasZ;
+    const bool hasM = layer.m == 1 || census.of(type).hasM;
     using gis::EntTypeCoords;
     auto theme = std::make_unique<gis::CTheme>(library, table, orv::String(layer.table), type,
         hasZ       ? EntTypeCoords::XYZ
@@ -158,7 +166,7 @@ void addTheme(Connection& connection, Library& library, FileState& state, const 
     for (const gis::EntType other :
         { gis::EntType::Points, gis::EntType::Lines, gis::EntType::Polygons })
         if (other != type)
-            unsupported += census.ofKind[static_cast<std::size_t>(other)];
+            unsupported += census.of(other).count;
     if (unsupported > 0)
         report.add({ FindingCode::GeometryUnsupported, FindingSeverity::Warning, layer.table, {},
             unsupported, 0 });
